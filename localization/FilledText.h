@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+#include <concepts>
+#include <initializer_list>
+
+// What takes the place of one placeholder: a text as it is, an integer in decimal digits, or a
+// floating-point number with four decimals. Numbers look the same in every locale.
+class FormatArgument {
+public:
+    FormatArgument(const QString& text) : text_(text) {}
+    FormatArgument(QStringView text) : text_(text.toString()) {}
+    FormatArgument(std::integral auto number) : text_(QString::number(number)) {}
+    FormatArgument(double number);
+    FormatArgument(bool) = delete;
+
+private:
+    friend QString filled(QStringView format, std::initializer_list<FormatArgument> arguments);
+    QString text_;
+};
+
+// `format` with its placeholders "%@", "%lu", "%ld" and "%.4f" replaced by the arguments in their
+// order. One pass: what an argument brings along is never read as a placeholder again. A
+// placeholder without an argument stays, an argument without a placeholder is left out. From any
+// thread.
+QString filled(QStringView format, std::initializer_list<FormatArgument> arguments);

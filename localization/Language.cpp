@@ -1,0 +1,71 @@
+#include "Language.h"
+
+#include <algorithm>
+
+namespace nxui {
+namespace {
+
+constexpr std::size_t longestTag = 64;
+
+// Spelled out, because the character functions of the C library depend on the locale.
+bool isTagByte(char byte) {
+    return (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9') || byte == '-' ||
+           byte == '.' || byte == '@';
+}
+
+char lowerCased(char byte) {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
+// "zh" alone means the simplified script, and so does a script or region that writes it. Readers of
+// the traditional script are better served by their next language.
+std::string normalizeChinese(std::string_view tag) {
+    std::size_t subtags = 0;
+    bool isSimplified = false;
+    for (std::size_t start = 0; start < tag.size();) {
+        const std::size_t end = std::min(tag.find('-', start), tag.size());
+        const std::string_view subtag = tag.substr(start, end - start);
+        if (subtag == "hant" || subtag == "tw" || subtag == "hk" || subtag == "mo")
+            return {};
+        if (subtag == "hans" || subtag == "cn" || subtag == "sg")
+            isSimplified = true;
+        ++subtags;
+        start = end + 1;
+    }
+    return isSimplified || subtags == 1 ? "zh-Hans" : "";
+}
+
+} // namespace
+
+std::string normalizeLanguage(std::string tag) {
+    if (tag.empty() || tag.size() > longestTag)
+        return {};
+    for (char& byte : tag) {
+        byte = byte == '_' ? '-' : lowerCased(byte);
+        if (!isTagByte(byte))
+            return {};
+    }
+    const std::string_view name = std::string_view(tag).substr(0, tag.find_first_of(".@"));
+    const std::string_view primary = name.substr(0, name.find('-'));
+    if (primary == "zh")
+        return normalizeChinese(name);
+    const auto code = std::find(languageCodes.begin(), languageCodes.end(), primary);
+    return code != languageCodes.end() ? std::string(*code) : std::string();
+}
+
+std::string firstSupportedLanguage(const std::vector<std::string>& tags) {
+    for (const std::string& tag : tags) {
+        std::string code = normalizeLanguage(tag);
+        if (!code.empty())
+            return code;
+    }
+    return "en";
+}
+
+std::string languageForIndex(int index) {
+    if (index >= 1 && index <= static_cast<int>(languageCodes.size()))
+        return std::string(languageCodes[static_cast<std::size_t>(index - 1)]);
+    return firstSupportedLanguage(systemLanguages());
+}
+
+} // namespace nxui

@@ -1,0 +1,21 @@
+#include "NXLocal.h"
+
+#include <QUtf8StringView>
+
+QString NXLocal(QStringView text) {
+    return localText(text, nxui::currentLanguage(nxui::Product::ThreeD));
+}
+
+QString localFilled(QStringView text, std::initializer_list<FormatArgument> arguments) {
+    return filled(NXLocal(text), arguments);
+}
+
+QString localText(QStringView text, const std::string& language,
+                  std::span<const nxui::CatalogRow> rows) {
+    // Half a surrogate pair has no UTF-8 form; turned into "?" it could only be shown wrongly.
+    if (text.isEmpty() || !text.isValidUtf16())
+        return QStringLiteral("");
+    const std::string translated = nxui::translate(text.toUtf8().toStdString(), language, rows);
+    const QUtf8StringView view(translated.data(), static_cast<qsizetype>(translated.size()));
+    return view.isValidUtf8() ? view.toString() : text.toString();
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Language.h"
+
+#include <array>
+#include <span>
+#include <string>
+
+// The words of the program and of the plug-in in every language, compiled in. German is the source
+// language: the code holds the German text, and that is what finds the translation.
+namespace nxui {
+
+// One text in the order of languageCodes, as NUL-terminated UTF-8. Cell 0, the German text, is the
+// key. A translation that is still to be written is null.
+using CatalogRow = std::array<const char*, languageCodes.size()>;
+
+// Every row, in strictly ascending order of the keys as strcmp compares them. Constant data made at
+// build time from the folder po.
+extern const std::span<const CatalogRow> catalog;
+
+// `text` in `language`; any language that is not one of languageCodes stands for English. A text
+// that has no row comes back as it is, in German. From any thread.
+std::string translate(const std::string& text, const std::string& language);
+
+// The same over rows of the caller's, which keep the order described above.
+std::string translate(const std::string& text, const std::string& language,
+                      std::span<const CatalogRow> rows);
+
+// The row with the key `text`, or null. `compare` orders two NUL-terminated texts as strcmp does;
+// it is called at most ceil(log2(rows + 1)) times, ten times for 879 rows.
+template<typename Compare>
+const CatalogRow* findRow(const std::string& text, std::span<const CatalogRow> rows,
+                          Compare compare) {
+    std::size_t first = 0;
+    std::size_t count = rows.size();
+    while (count > 0) {
+        const std::size_t middle = first + count / 2;
+        const int order = compare(rows[middle].front(), text.c_str());
+        if (order == 0) {
+            // A text with a NUL inside compares equal to the key before the NUL, and is not it.
+            const bool isWhole = text.find('\0') == std::string::npos;
+            return isWhole ? &rows[middle] : nullptr;
+        }
+        if (order < 0) {
+            count -= count / 2 + 1;
+            first = middle + 1;
+        } else {
+            count /= 2;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace nxui

@@ -1,0 +1,164 @@
+"""make_catalog_test.py LOCALIZATION_FOLDER LANGUAGE_PROBE
+
+Tests the step that turns the PO files into the compiled-in catalogue.
+"""
+
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import polib
+
+FOLDER = pathlib.Path(sys.argv[1])
+PROBE = sys.argv[2]
+LANGUAGES = ["en", "ru", "es", "fr", "pt", "it", "pl", "tr", "zh-Hans", "ja", "ko", "ar", "hi"]
+
+
+def header(language, charset="UTF-8"):
+    return (
+        f'msgid ""\nmsgstr ""\n"Language: {language}\\n"\n'
+        f'"Content-Type: text/plain; charset={charset}\\n"\n\n'
+    )
+
+
+def entry(german, translation):
+    return f'msgid "{german}"\nmsgstr "{translation}"\n\n'
+
+
+class MakeCatalog(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.program = self.folder / "program"
+        self.plugin = self.folder / "plugin"
+        self.output = self.folder / "Catalog.cpp"
+        self.write(self.program, entry("Suchen", "Suchen"))
+
+    def write(self, folder, entries, only=None):
+        """Gives every language, or the only one named, a file with these entries."""
+        folder.mkdir(exist_ok=True)
+        for language in [only] if only else LANGUAGES:
+            (folder / f"{language}.po").write_text(header(language) + entries, encoding="utf-8")
+
+    def make(self, *options):
+        return subprocess.run(
+            [sys.executable, FOLDER / "tools/make_catalog.py", "--output", self.output, *options,
+             self.program, self.plugin],
+            capture_output=True, encoding="utf-8", check=False,
+        )
+
+    def assert_fails_naming(self, *words, options=()):
+        result = self.make(*options)
+        self.assertNotEqual(result.returncode, 0)
+        self.assertNotIn("Traceback", result.stderr)
+        for word in words:
+            self.assertIn(word, result.stderr)
+        self.assertFalse(self.output.exists())
+
+    def assert_makes(self, *options):
+        result = self.make(*options)
+        self.assertEqual(result.stderr, "")
+        self.assertEqual(result.returncode, 0)
+        return self.output.read_text(encoding="utf-8")
+
+    def test_rows_of_both_folders_are_in_the_order_of_their_bytes(self):
+        keys = ["~", "Über", "a", "\\nZeile", " x", "Z", "😀", "｡", "ß"]
+        self.write(self.program, "".join(entry(key, key) for key in keys[:5]))
+        self.write(self.plugin, "".join(entry(key, key) for key in keys[5:]))
+        text = self.assert_makes()
+        found = [line[5:-1] for line in text.split("\n") if line.startswith('    {"')]
+        self.assertEqual(
+            found, [f'"{key}"' for key in ["\\nZeile", " x", "Z", "a", "~", "Über", "ß", "｡", "😀"]]
+        )
+
+    def test_signs_that_cpp_reads_differently_are_escaped(self):
+        self.write(self.program, entry('a\\"b\\\\c\\td\x017', 'a\\"b\\\\c\\td\x017'))
+        self.assertIn('{"a\\"b\\\\c\\td\\0017",', self.assert_makes())
+
+    def test_duplicate_row_is_named(self):
+        self.write(self.program, entry("Suchen", "Search") + entry("Suchen", "Find"), only="en")
+        self.assert_fails_naming("en.po:", '"Suchen"', "second time")
+
+    def test_row_of_another_folder_is_named(self):
+        self.write(self.plugin, entry("Suchen", "Find"))
+        self.assert_fails_naming("plugin", '"Suchen"')
+
+    def test_row_missing_in_one_language_is_named(self):
+        self.write(self.program, "", only="ko")
+        self.assert_fails_naming("ko.po", '"Suchen"', "missing")
+
+    def test_row_with_other_placeholders_is_named(self):
+        german = "%@ hat %lu von %ld, %.4f"
+        for translation in [
+            "%@ has %lu of %ld",
+            "%lu %@ %ld %.4f",
+            "%@ %ld %lu %.4f",
+            "%@ %lu %ld %.4f %@",
+            "%@ %lu %ld %.3f",
+            "none",
+        ]:
+            with self.subTest(translation):
+                self.write(self.program, entry(german, german))
+                self.write(self.program, entry(german, translation), only="ja")
+                self.assert_fails_naming("ja.po:", german, "placeholders")
+
+    def test_bytes_that_are_not_utf8_are_named_with_their_row(self):
+        path = self.program / "fr.po"
+        path.write_bytes(path.read_bytes() + b'msgid "Gr\xc3\xb6\xc3\x9fe"\nmsgstr "taille \xe9"\n')
+        self.assert_fails_naming("fr.po:10:", '"Größe"', "UTF-8")
+
+    def test_other_charset_is_refused(self):
+        (self.program / "pl.po").write_text(header("pl", "ISO-8859-2") + entry("Suchen", "Szukaj"))
+        self.assert_fails_naming("pl.po", "charset")
+
+    def test_file_of_another_language_is_refused(self):
+        (self.program / "pl.po").write_text(header("it") + entry("Suchen", "Cerca"))
+        self.assert_fails_naming("pl.po", "Language: pl")
+
+    def test_missing_or_foreign_file_is_named(self):
+        (self.program / "hi.po").unlink()
+        self.assert_fails_naming("hi.po")
+        self.write(self.program, entry("Suchen", "x"), only="hi")
+        self.write(self.program, entry("Suchen", "x"), only="nb")
+        self.assert_fails_naming("nb.po")
+
+    def test_fuzzy_row_and_row_with_a_context_are_named(self):
+        self.write(self.program, "#, fuzzy\n" + entry("Suchen", "Zoek"), only="ru")
+        self.assert_fails_naming("ru.po:", '"Suchen"', "fuzzy")
+        self.write(self.program, 'msgctxt "menu"\n' + entry("Suchen", "Zoek"), only="ru")
+        self.assert_fails_naming("ru.po:", '"Suchen"', "context")
+
+    def test_empty_cell_needs_permission_and_english_is_always_needed(self):
+        self.write(self.program, entry("Suchen", ""), only="ar")
+        self.assert_fails_naming("ar.po", '"Suchen"', "no translation")
+        self.assertIn("nullptr", self.assert_makes("--allow-unwritten"))
+        self.output.unlink()
+        self.write(self.program, entry("Suchen", ""), only="en")
+        self.assert_fails_naming("en.po", '"Suchen"', options=["--allow-unwritten"])
+
+    def test_catalogue_without_rows_is_refused(self):
+        self.write(self.program, "")
+        self.assert_fails_naming("no rows")
+
+
+class CompiledCatalog(unittest.TestCase):
+    def test_every_cell_is_what_the_files_say(self):
+        expected = {}
+        for position, language in enumerate(LANGUAGES, start=1):
+            for folder in ["program", "plugin"]:
+                path = FOLDER / "po" / folder / f"{language}.po"
+                for row in polib.pofile(str(path)) if path.exists() else []:
+                    cells = expected.setdefault(row.msgid, [row.msgid] + [None] * len(LANGUAGES))
+                    cells[position] = row.msgstr
+        output = subprocess.run([PROBE, "catalog"], capture_output=True, check=True).stdout
+        cells = output.decode("utf-8").split("\0")[:-1]
+        width = len(LANGUAGES) + 1
+        rows = [cells[start : start + width] for start in range(0, len(cells), width)]
+        self.assertEqual(rows, [expected[key] for key in sorted(expected, key=str.encode)])
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
