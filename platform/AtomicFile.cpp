@@ -1,0 +1,97 @@
+#include "AtomicFile.h"
+
+#include "UniqueFd.h"
+
+#include <QRandomGenerator>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <string>
+
+namespace platform {
+namespace {
+
+std::error_code systemError() {
+    return {errno, std::generic_category()};
+}
+
+// Opens a file that did not exist beside the target and sets path to it. The kernel takes the umask
+// off the mode, which the program itself cannot read without changing it for all threads.
+UniqueFd openBeside(const std::filesystem::path& target, mode_t mode, std::filesystem::path& path) {
+    constexpr int attempts = 100;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        char name[32];
+        std::snprintf(name, sizeof name, ".new-%016llx",
+                      static_cast<unsigned long long>(QRandomGenerator::global()->generate64()));
+        path = target.parent_path() / name;
+        UniqueFd file(
+            ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+        if (file || errno != EEXIST)
+            return file;
+    }
+    return {};
+}
+
+std::error_code writeAll(int file, const QByteArray& bytes) {
+    const char* next = bytes.constData();
+    const char* const end = next + bytes.size();
+    while (next != end) {
+        const ssize_t written = ::write(file, next, static_cast<std::size_t>(end - next));
+        if (written < 0 && errno != EINTR)
+            return systemError();
+        if (written > 0)
+            next += written;
+    }
+    return {};
+}
+
+std::error_code syncFile(int file) {
+#ifdef __APPLE__
+    // fsync stops at the drive's own memory here; not every file system knows the longer way.
+    if (::fcntl(file, F_FULLFSYNC) == 0)
+        return {};
+#endif
+    return ::fsync(file) == 0 ? std::error_code() : systemError();
+}
+
+std::error_code fill(UniqueFd& file, const QByteArray& bytes, Durability durability) {
+    if (const std::error_code failure = writeAll(file.get(), bytes))
+        return failure;
+    if (durability == Durability::durable) {
+        if (const std::error_code failure = syncFile(file.get()))
+            return failure;
+    }
+    // A file system on the network may tell only now that it could not keep the bytes.
+    return ::close(file.release()) == 0 ? std::error_code() : systemError();
+}
+
+} // namespace
+
+std::error_code replaceFile(const std::filesystem::path& path, const QByteArray& bytes,
+                            Durability durability, Readers readers) {
+    std::filesystem::path fresh;
+    UniqueFd file = openBeside(path, readers == Readers::everyone ? 0644 : 0600, fresh);
+    if (!file)
+        return systemError();
+
+    std::error_code failure = fill(file, bytes, durability);
+    if (!failure && ::rename(fresh.c_str(), path.c_str()) != 0)
+        failure = systemError();
+    if (failure) {
+        ::unlink(fresh.c_str());
+        return failure;
+    }
+    if (durability == Durability::durable) {
+        const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+        const UniqueFd opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (opened)
+            ::fsync(opened.get());
+    }
+    return {};
+}
+
+} // namespace platform

@@ -1,0 +1,109 @@
+#include "Background.h"
+
+#include "WorkerThread.h"
+
+#include <QCoreApplication>
+
+#include <condition_variable>
+#include <map>
+#include <mutex>
+#include <utility>
+
+namespace platform {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Delayed work by the time when it is due. Never destroyed: its thread may be inside at any time
+// while the program ends.
+class Timer {
+public:
+    static Timer& shared() {
+        static Timer& timer = *new Timer;
+        return timer;
+    }
+
+    void open() {
+        const std::lock_guard lock(mutex_);
+        closed_ = false;
+    }
+
+    // Drops what waits. Work that has begun is waited for, so that none runs beside the destruction
+    // of what it uses; it does not block.
+    void close() {
+        std::multimap<Clock::time_point, std::function<void()>> dropped;
+        std::unique_lock lock(mutex_);
+        closed_ = true;
+        dropped.swap(waiting_);
+        changed_.wait(lock, [this] { return !working_; });
+        lock.unlock(); // dropped is destroyed without the lock: its owners may call back
+    }
+
+    void add(Clock::time_point due, std::function<void()> work) {
+        const std::lock_guard lock(mutex_);
+        if (closed_)
+            return;
+        waiting_.emplace(due, std::move(work));
+        // If there is no thread to be had now, the next call tries again.
+        if (!threadRuns_)
+            threadRuns_ = !startWorker([this] { run(); });
+        changed_.notify_all();
+    }
+
+private:
+    Timer() = default;
+
+    void run() {
+        std::unique_lock lock(mutex_);
+        for (;;) {
+            if (waiting_.empty()) {
+                changed_.wait(lock);
+                continue;
+            }
+            const Clock::time_point due = waiting_.begin()->first;
+            if (Clock::now() < due) {
+                changed_.wait_until(lock, due);
+                continue;
+            }
+            workOnFirst(lock);
+        }
+    }
+
+    void workOnFirst(std::unique_lock<std::mutex>& lock) {
+        std::function<void()> work = std::move(waiting_.begin()->second);
+        waiting_.erase(waiting_.begin());
+        working_ = true;
+        lock.unlock();
+        work();
+        work = nullptr;
+        lock.lock();
+        working_ = false;
+        changed_.notify_all();
+    }
+
+    std::mutex mutex_; // guards everything below
+    std::condition_variable changed_;
+    std::multimap<Clock::time_point, std::function<void()>> waiting_;
+    bool threadRuns_ = false;
+    bool working_ = false; // a piece of work is running on the thread
+    bool closed_ = false;
+};
+
+void followApplication() {
+    Timer::shared().open();
+    qAddPostRoutine([] { Timer::shared().close(); });
+}
+
+Q_COREAPP_STARTUP_FUNCTION(followApplication)
+
+} // namespace
+
+bool runInBackground(std::function<void()> work) {
+    return !startWorker(std::move(work));
+}
+
+void runAfter(std::chrono::milliseconds delay, std::function<void()> work) {
+    Timer::shared().add(Clock::now() + delay, std::move(work));
+}
+
+} // namespace platform

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+namespace platform {
+
+// Runs work on a thread of its own, which may block for as long as it likes. False when the system
+// has no thread left; work is then destroyed without having run. Work that is still running when
+// the program ends is cut off with it, so it must not lean on objects with static lifetime. Any
+// thread.
+[[nodiscard]] bool runInBackground(std::function<void()> work);
+
+// Runs work once, delay from now, on a thread that all such work shares: it must not block. It
+// cannot be withdrawn. When the application object is destroyed, work that is still waiting is
+// destroyed without having run, and later calls drop theirs until there is another application.
+// Any thread.
+void runAfter(std::chrono::milliseconds delay, std::function<void()> work);
+
+} // namespace platform

@@ -1,0 +1,128 @@
+#include "ChildProcess.h"
+
+#include "ChildLaunch.h"
+#include "WorkerThread.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <utility>
+
+namespace platform {
+namespace {
+
+bool holdsNul(const std::string& text) {
+    return text.find('\0') != std::string::npos;
+}
+
+// A text with a NUL inside would arrive cut short, which is another program or another folder.
+bool canBePassed(const ChildCommand& command) {
+    return !holdsNul(command.program) && !holdsNul(command.workingDirectory) &&
+           std::none_of(command.arguments.begin(), command.arguments.end(), holdsNul);
+}
+
+} // namespace
+
+std::shared_ptr<ChildProcess> ChildProcess::make(ChildCommand command) {
+    return std::shared_ptr<ChildProcess>(new ChildProcess(std::move(command)));
+}
+
+ChildProcess::ChildProcess(ChildCommand command) : command_(std::move(command)) {}
+
+std::error_code ChildProcess::start(std::function<void(ChildExit)> onExit) {
+    if (!canBePassed(command_))
+        return std::make_error_code(std::errc::invalid_argument);
+    const std::lock_guard lock(mutex_);
+    if (state_ != State::created)
+        return std::make_error_code(std::errc::operation_not_permitted);
+    if (!exited_.readEnd) {
+        if (const std::error_code failure = openPipe(exited_))
+            return failure;
+    }
+    pid_t pid = 0;
+    if (const std::error_code failure = launchChild(command_, pid))
+        return failure;
+
+    auto watch = [self = shared_from_this(), pid, report = std::move(onExit)] {
+        const ChildExit exit = self->awaitEnd(pid);
+        if (report)
+            report(exit);
+    };
+    if (const std::error_code failure = startWorker(std::move(watch))) {
+        ::kill(-pid, SIGKILL);
+        while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+        }
+        return failure;
+    }
+    id_ = pid;
+    state_ = State::running;
+    return {};
+}
+
+bool ChildProcess::isRunning() const {
+    const std::lock_guard lock(mutex_);
+    return state_ == State::running;
+}
+
+void ChildProcess::terminate() {
+    const std::lock_guard lock(mutex_);
+    if (state_ != State::running)
+        return;
+    stopRequested_ = true;
+    ::kill(id_, SIGTERM);
+}
+
+void ChildProcess::kill() {
+    const std::lock_guard lock(mutex_);
+    if (state_ != State::running)
+        return;
+    stopRequested_ = true;
+    ::kill(-id_, SIGKILL);
+}
+
+ChildExit ChildProcess::waitForExit() const {
+    std::unique_lock lock(mutex_);
+    ended_.wait(lock, [this] { return state_ != State::running; });
+    return exit_;
+}
+
+ChildExit ChildProcess::awaitEnd(pid_t pid) {
+    // Waits without reaping: until the lock is held, the id must stay the child's own.
+    siginfo_t ignored{};
+    int waited = 0;
+    do {
+        waited = ::waitid(P_PID, static_cast<id_t>(pid), &ignored, WEXITED | WNOWAIT);
+    } while (waited != 0 && errno == EINTR);
+    ChildExit exit;
+    {
+        const std::lock_guard lock(mutex_);
+        exit = exit_ = reap(waited == 0);
+        state_ = State::ended;
+    }
+    ended_.notify_all();
+    [[maybe_unused]] const ssize_t told = ::write(exited_.writeEnd.get(), "", 1);
+    return exit;
+}
+
+// Called with the lock held. When the child is not known (any more), its id is nobody's to signal.
+ChildExit ChildProcess::reap(bool known) {
+    if (!known)
+        return {};
+    if (stopRequested_)
+        ::kill(-id_, SIGKILL);
+    int status = 0;
+    pid_t reaped = 0;
+    do {
+        reaped = ::waitpid(id_, &status, 0);
+    } while (reaped < 0 && errno == EINTR);
+    if (reaped != id_)
+        return {};
+    if (WIFEXITED(status))
+        return {ChildExit::Kind::exited, WEXITSTATUS(status)};
+    return {ChildExit::Kind::signalled, WTERMSIG(status)};
+}
+
+} // namespace platform

@@ -1,0 +1,26 @@
+#include "HttpsAddress.h"
+
+namespace platform {
+
+bool isHttpsAddress(const QUrl& address) {
+    // QUrl has lower-cased the scheme. The authority keeps the "@" of an empty user name, which
+    // userName() and password() do not show.
+    return address.isValid() && address.scheme() == QLatin1String("https") &&
+           !address.host().isEmpty() && !address.authority().contains(QLatin1Char('@'));
+}
+
+std::optional<QUrl> httpsAddress(const QString& text) {
+    const QUrl address(text, QUrl::StrictMode);
+    if (!isHttpsAddress(address))
+        return std::nullopt;
+    return address;
+}
+
+std::optional<QUrl> plainHttpsAddress(const QString& text) {
+    std::optional<QUrl> address = httpsAddress(text);
+    if (address && (address->hasQuery() || address->hasFragment()))
+        return std::nullopt;
+    return address;
+}
+
+} // namespace platform

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "UniqueFd.h"
+
+#include <system_error>
+
+namespace platform {
+
+struct Pipe {
+    UniqueFd readEnd;
+    UniqueFd writeEnd;
+};
+
+// Fills pipe with a fresh pair, both close-on-exec. On failure pipe is unchanged. Any thread.
+std::error_code openPipe(Pipe& pipe);
+
+} // namespace platform

@@ -1,0 +1,184 @@
+#include "AtomicFile.h"
+
+#include "TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <atomic>
+#include <thread>
+
+using platform::Durability;
+using platform::Readers;
+using platform::replaceFile;
+
+namespace {
+
+// A disk that takes so many bytes of a file and no more.
+class FullDisk {
+public:
+    explicit FullDisk(rlim_t bytes) {
+        ::getrlimit(RLIMIT_FSIZE, &before_);
+        handlerBefore_ = ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{bytes, before_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+    ~FullDisk() {
+        ::setrlimit(RLIMIT_FSIZE, &before_);
+        ::signal(SIGXFSZ, handlerBefore_);
+    }
+
+private:
+    rlimit before_{};
+    void (*handlerBefore_)(int) = nullptr;
+};
+
+TEST(AtomicFileTest, a_file_is_made_with_exactly_these_bytes) {
+    const TemporaryFolder folder;
+    const QByteArray contents[] = {QByteArray(), QByteArray("/ä/origin.nxd\n"),
+                                   QByteArray("a\0b\r\n", 5), QByteArray(3'000'000, 'x')};
+    for (const QByteArray& content : contents) {
+        for (const Durability durability : {Durability::fast, Durability::durable}) {
+            EXPECT_FALSE(replaceFile(folder / "file", content, durability));
+            EXPECT_EQ(contentOf(folder / "file"), content.toStdString());
+            EXPECT_EQ(folder.entries(), 1U);
+        }
+    }
+}
+
+TEST(AtomicFileTest, a_name_without_a_folder_is_in_the_working_directory) {
+    const TemporaryFolder folder;
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    EXPECT_FALSE(replaceFile("file", "x", Durability::durable));
+    std::filesystem::current_path(before);
+    EXPECT_EQ(contentOf(folder / "file"), "x");
+}
+
+TEST(AtomicFileTest, the_longest_names_and_other_bytes_than_UTF_8_will_do) {
+    const TemporaryFolder folder;
+    for (const std::string& name :
+         {std::string(255, 'n'), std::string("\xff\xfe"), std::string(".")}) {
+        const bool works = name != ".";
+        EXPECT_EQ(!replaceFile(folder / name, "x", Durability::fast), works) << name;
+    }
+    EXPECT_EQ(folder.entries(), 2U);
+}
+
+TEST(AtomicFileTest, the_mode_follows_the_readers_and_the_umask) {
+    struct Row {
+        mode_t umask;
+        Readers readers;
+        int mode;
+    };
+    const Row rows[] = {
+        {0022, Readers::everyone, 0644}, {0077, Readers::everyone, 0600},
+        {0027, Readers::everyone, 0640}, {0000, Readers::everyone, 0644},
+        {0022, Readers::owner, 0600},    {0000, Readers::owner, 0600},
+    };
+    const TemporaryFolder folder;
+    for (const Row& row : rows) {
+        write(folder / "file", "old");
+        std::filesystem::permissions(folder / "file", std::filesystem::perms(0666));
+        const mode_t before = ::umask(row.umask);
+        EXPECT_FALSE(replaceFile(folder / "file", "new", Durability::fast, row.readers));
+        ::umask(before);
+        EXPECT_EQ(modeOf(folder / "file"), row.mode);
+    }
+}
+
+TEST(AtomicFileTest, a_link_at_the_target_is_replaced_and_its_file_left_alone) {
+    const TemporaryFolder folder;
+    write(folder / "elsewhere", "untouched");
+    std::filesystem::create_symlink("elsewhere", folder / "to file");
+    std::filesystem::create_symlink("missing", folder / "to nothing");
+    for (const char* name : {"to file", "to nothing"}) {
+        EXPECT_FALSE(replaceFile(folder / name, "new", Durability::durable));
+        EXPECT_FALSE(std::filesystem::is_symlink(folder / name));
+        EXPECT_EQ(contentOf(folder / name), "new");
+    }
+    EXPECT_EQ(contentOf(folder / "elsewhere"), "untouched");
+    EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
+}
+
+TEST(AtomicFileTest, a_failure_leaves_everything_as_it_was) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder / "taken");
+    write(folder / "file", "old");
+    struct Row {
+        std::filesystem::path path;
+        std::errc reason;
+    };
+    const Row rows[] = {
+        {folder / "missing" / "file", std::errc::no_such_file_or_directory},
+        {folder / "file" / "file", std::errc::not_a_directory},
+        {folder / "taken", std::errc::is_a_directory},
+        {folder / std::string(256, 'n'), std::errc::filename_too_long},
+        {"", std::errc::no_such_file_or_directory},
+    };
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    for (const Row& row : rows) {
+        EXPECT_EQ(replaceFile(row.path, "new", Durability::durable), row.reason) << row.path;
+        EXPECT_EQ(folder.entries(), 2U) << row.path;
+    }
+    std::filesystem::current_path(before);
+    EXPECT_EQ(contentOf(folder / "file"), "old");
+}
+
+TEST(AtomicFileTest, a_full_disk_leaves_the_old_file_whole) {
+    const TemporaryFolder folder;
+    write(folder / "file", "old");
+    {
+        const FullDisk disk(4096);
+        // The first part fits, so that a short write comes before the failing one.
+        EXPECT_EQ(replaceFile(folder / "file", QByteArray(10000, 'x'), Durability::fast),
+                  std::errc::file_too_large);
+    }
+    EXPECT_EQ(contentOf(folder / "file"), "old");
+    EXPECT_EQ(folder.entries(), 1U);
+}
+
+TEST(AtomicFileTest, a_reader_never_sees_a_part_or_nothing) {
+    const TemporaryFolder folder;
+    const QByteArray one(100'000, '1');
+    const QByteArray two(200'000, '2');
+    ASSERT_FALSE(replaceFile(folder / "file", one, Durability::fast));
+    std::atomic<bool> enough = false;
+    std::atomic<int> reads = 0;
+    std::atomic<int> strange = 0;
+    std::thread reader([&] {
+        while (!enough) {
+            const std::string content = contentOf(folder / "file");
+            strange += content != one.toStdString() && content != two.toStdString();
+            ++reads;
+        }
+    });
+    for (int round = 0; round < 300 || reads < 20; ++round)
+        EXPECT_FALSE(replaceFile(folder / "file", round % 2 == 0 ? two : one, Durability::fast));
+    enough = true;
+    reader.join();
+    EXPECT_EQ(strange, 0);
+}
+
+TEST(AtomicFileTest, two_writers_do_not_mix) {
+    const TemporaryFolder folder;
+    const auto writeOften = [&](char letter) {
+        for (int round = 0; round < 200; ++round)
+            EXPECT_FALSE(
+                replaceFile(folder / "file", QByteArray(50'000, letter), Durability::fast));
+    };
+    std::thread other(writeOften, 'b');
+    writeOften('a');
+    other.join();
+    const std::string content = contentOf(folder / "file");
+    EXPECT_TRUE(content == std::string(50'000, 'a') || content == std::string(50'000, 'b'));
+    EXPECT_EQ(folder.entries(), 1U);
+}
+
+} // namespace

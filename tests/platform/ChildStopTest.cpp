@@ -1,0 +1,234 @@
+// Stopping a child: terminate() and kill() of ChildProcess, and stopChild().
+
+#include "Background.h"
+#include "ChildProcess.h"
+#include "ChildTest.h"
+#include "RunningChild.h"
+#include "StopChild.h"
+#include "WaitUntil.h"
+
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <fstream>
+#include <random>
+#include <thread>
+
+using namespace std::chrono_literals;
+using platform::ChildExit;
+using platform::ChildProcess;
+
+extern char** environ;
+
+namespace {
+
+class ChildStopTest : public ChildTest {};
+
+constexpr ChildExit terminated{ChildExit::Kind::signalled, SIGTERM};
+constexpr ChildExit killed{ChildExit::Kind::signalled, SIGKILL};
+
+TEST_F(ChildStopTest, a_request_to_end_reaches_the_child) {
+    RunningChild plain({"hang"});
+    RunningChild handling({"exit-on-term"});
+    ASSERT_EQ(handling.line(), "ready");
+    plain->terminate();
+    handling->terminate();
+    EXPECT_EQ(plain.reportedExit(), terminated);
+    EXPECT_EQ(handling.reportedExit(), (ChildExit{ChildExit::Kind::exited, 3}));
+}
+
+TEST_F(ChildStopTest, a_kill_ends_a_child_that_resists_a_request) {
+    RunningChild child({"ignore-term"});
+    ASSERT_EQ(child.line(), "ready");
+    child->terminate();
+    EXPECT_TRUE(child->isRunning());
+    child->kill();
+    EXPECT_EQ(child.reportedExit(), killed);
+}
+
+TEST_F(ChildStopTest, a_kill_ends_the_whole_group) {
+    RunningChild child({"leave-behind"});
+    ASSERT_EQ(child.line(), "ready");
+    ASSERT_EQ(livingDescendants().size(), 2U);
+    child->kill();
+    EXPECT_EQ(child.reportedExit(), killed);
+    EXPECT_TRUE(waitUntil([] { return livingDescendants().empty(); }));
+}
+
+TEST_F(ChildStopTest, what_a_stopped_child_leaves_behind_is_killed) {
+    RunningChild child({"leave-behind"}); // its own child ignores SIGTERM
+    ASSERT_EQ(child.line(), "ready");
+    ASSERT_EQ(livingDescendants().size(), 2U);
+    child->terminate();
+    EXPECT_EQ(child.reportedExit(), terminated);
+    EXPECT_TRUE(waitUntil([] { return livingDescendants().empty(); }));
+}
+
+TEST_F(ChildStopTest, what_a_child_leaves_behind_that_ended_by_itself_is_let_live) {
+    RunningChild child({"leave-behind-and-exit"});
+    EXPECT_TRUE(child.reportedExit().succeeded());
+    child->terminate();
+    child->kill();
+    const std::vector<int> left = livingDescendants();
+    ASSERT_EQ(left.size(), 1U);
+    ::kill(left.front(), SIGKILL);
+}
+
+TEST_F(ChildStopTest, stopping_what_has_ended_or_never_ran_does_nothing) {
+    RunningChild ended({"exit", "6"});
+    EXPECT_EQ(ended.reportedExit().value, 6);
+    ended->terminate();
+    ended->kill();
+    platform::stopChild(ended.shared(), 0ms);
+    EXPECT_EQ(ended->waitForExit().value, 6);
+
+    const auto neverStarted = ChildProcess::make({.program = CHILD_HELPER, .arguments = {"hang"}});
+    neverStarted->terminate();
+    neverStarted->kill();
+    platform::stopChild(neverStarted, 0ms);
+    EXPECT_FALSE(neverStarted->isRunning());
+
+    platform::stopChild(nullptr);
+}
+
+#ifdef __linux__
+TEST_F(ChildStopTest, no_signal_reaches_a_stranger_with_the_same_number) {
+    RunningChild child({"hang"});
+    const pid_t id = std::stoi(child.line());
+    child->terminate();
+    EXPECT_EQ(child.reportedExit(), terminated);
+
+    // Asks the kernel to give the number away again, to a process that leads a group as well.
+    posix_spawnattr_t ownGroup;
+    posix_spawnattr_init(&ownGroup);
+    posix_spawnattr_setflags(&ownGroup, POSIX_SPAWN_SETPGROUP);
+    std::string program = CHILD_HELPER;
+    std::string mode = "hang";
+    char* arguments[] = {program.data(), mode.data(), nullptr};
+    pid_t stranger = 0;
+    for (int attempt = 0; attempt < 50 && stranger != id; ++attempt) {
+        if (!(std::ofstream("/proc/sys/kernel/ns_last_pid") << id - 1).flush())
+            GTEST_SKIP() << "only the administrator can choose the next process number";
+        ASSERT_EQ(::posix_spawn(&stranger, CHILD_HELPER, nullptr, &ownGroup, arguments, environ),
+                  0);
+        if (stranger != id) {
+            ::kill(stranger, SIGKILL);
+            ::waitpid(stranger, nullptr, 0);
+        }
+    }
+    posix_spawnattr_destroy(&ownGroup);
+    ASSERT_EQ(stranger, id);
+
+    child->terminate();
+    child->kill();
+    platform::stopChild(child.shared(), 0ms);
+    // The signal of ours that ends it shows that no other one was first.
+    ::kill(stranger, SIGINT);
+    int status = 0;
+    ASSERT_EQ(::waitpid(stranger, &status, 0), stranger);
+    EXPECT_EQ(WTERMSIG(status), SIGINT);
+}
+#endif
+
+TEST_F(ChildStopTest, a_stop_asks_first) {
+    RunningChild child({"exit-on-term"});
+    ASSERT_EQ(child.line(), "ready");
+    platform::stopChild(child.shared());
+    EXPECT_EQ(child.reportedExit(), (ChildExit{ChildExit::Kind::exited, 3}));
+}
+
+TEST_F(ChildStopTest, a_stop_kills_a_child_that_resists_after_the_patience_and_blocks_nobody) {
+    RunningChild child({"ignore-term"});
+    ASSERT_EQ(child.line(), "ready");
+    const auto begin = std::chrono::steady_clock::now();
+    platform::stopChild(child.shared());
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 1s);
+    EXPECT_EQ(child.reportedExit(), killed);
+    const auto took = std::chrono::steady_clock::now() - begin;
+    EXPECT_GE(took, platform::stopPatience);
+    EXPECT_LT(took, platform::stopPatience + 1500ms);
+}
+
+TEST_F(ChildStopTest, a_child_that_ends_within_the_patience_is_not_killed) {
+    RunningChild child({"exit-on-term"});
+    ASSERT_EQ(child.line(), "ready");
+    platform::stopChild(child.shared(), 50ms);
+    std::promise<void> later;
+    platform::runAfter(60ms, [&] { later.set_value(); });
+    later.get_future().wait();
+    EXPECT_EQ(child.reportedExit(), (ChildExit{ChildExit::Kind::exited, 3}));
+}
+
+TEST_F(ChildStopTest, two_stops_are_one) {
+    RunningChild child({"ignore-term"});
+    ASSERT_EQ(child.line(), "ready");
+    platform::stopChild(child.shared(), 20ms);
+    platform::stopChild(child.shared(), 30ms);
+    EXPECT_EQ(child.reportedExit(), killed);
+}
+
+TEST_F(ChildStopTest, any_number_of_threads_may_stop_one_child) {
+    for (int round = 0; round < 20; ++round) {
+        RunningChild child({"leave-behind"});
+        ASSERT_EQ(child.line(), "ready");
+        std::vector<std::thread> stopping;
+        for (int number = 0; number < 4; ++number) {
+            stopping.emplace_back([&, number] {
+                while (child->isRunning())
+                    number % 2 == 0 ? child->terminate() : child->kill();
+            });
+        }
+        for (std::thread& thread : stopping)
+            thread.join();
+        EXPECT_EQ(child.reportedExit().kind, ChildExit::Kind::signalled);
+    }
+}
+
+// Two thousand lives, stopped at some time between before the child has come to itself and after it
+// has ended, politely or not.
+TEST_F(ChildStopTest, every_life_is_reported_exactly_once_whenever_it_is_stopped) {
+    constexpr int lives = 2000;
+    constexpr unsigned seed = 20261121;
+    std::mt19937 random(seed);
+    struct Counts {
+        std::atomic<int> reports = 0;
+        std::atomic<int> strange = 0;
+        std::atomic<int> bySignal = 0;
+    };
+    const auto counts = std::make_shared<Counts>();
+    std::vector<std::shared_ptr<std::atomic<int>>> perLife;
+    for (int life = 0; life < lives; ++life) {
+        const bool endsItself = random() % 2 == 0;
+        const auto delay = std::chrono::milliseconds(random() % 4);
+        const bool hard = random() % 2 == 0;
+        const auto child =
+            ChildProcess::make({.program = CHILD_HELPER,
+                                .arguments = endsItself ? std::vector<std::string>{"exit", "0"}
+                                                        : std::vector<std::string>{"hang"}});
+        perLife.push_back(std::make_shared<std::atomic<int>>(0));
+        ASSERT_FALSE(child->start([counts, own = perLife.back(), endsItself](ChildExit exit) {
+            ++*own;
+            ++counts->reports;
+            counts->bySignal += exit.kind == ChildExit::Kind::signalled;
+            counts->strange += exit.kind == ChildExit::Kind::unknown ||
+                               (!endsItself && exit.kind != ChildExit::Kind::signalled);
+        })) << "life "
+            << life;
+        const auto stop = [child, hard] { hard ? child->kill() : child->terminate(); };
+        if (delay == 0ms)
+            stop();
+        else
+            platform::runAfter(delay, stop);
+    }
+    EXPECT_TRUE(waitUntil([&] { return counts->reports == lives; }));
+    EXPECT_EQ(counts->strange, 0);
+    EXPECT_GT(counts->bySignal, lives / 4) << "the stops came too late to test anything";
+    for (const auto& reports : perLife)
+        ASSERT_EQ(*reports, 1);
+}
+
+} // namespace
