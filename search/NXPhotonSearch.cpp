@@ -1,0 +1,158 @@
+#include "NXPhotonSearch.h"
+
+#include "Background.h"
+#include "HttpsAddress.h"
+#include "MainQueue.h"
+#include "NXLocal.h"
+#include "Pipe.h"
+#include "StopChild.h"
+
+#include <utility>
+
+namespace {
+
+QString sentence(TransferFailure failure) {
+    switch (failure) {
+    case TransferFailure::unreadable:
+        return NXLocal(QStringLiteral("Die Antwort der Ortssuche konnte nicht gelesen werden."));
+    case TransferFailure::tooLarge:
+        return NXLocal(
+            QStringLiteral("Die Antwort der Ortssuche ist zu groß. Bitte präziser suchen."));
+    case TransferFailure::timedOut:
+        return NXLocal(QStringLiteral(
+            "Zeitlimit der Ortssuche erreicht. Prüfe die Verbindung und versuche es erneut."));
+    case TransferFailure::notResponding:
+        return NXLocal(
+            QStringLiteral("Die Ortssuche antwortet gerade nicht. Bitte später erneut versuchen."));
+    case TransferFailure::unreachable:
+        break;
+    }
+    return NXLocal(QStringLiteral(
+        "Die Ortssuche ist nicht erreichbar. Prüfe die Verbindung und versuche es erneut."));
+}
+
+} // namespace
+
+std::shared_ptr<NXPhotonSearch> NXPhotonSearch::make(PhotonTransport transport) {
+    return std::shared_ptr<NXPhotonSearch>(new NXPhotonSearch(std::move(transport)));
+}
+
+NXPhotonSearch::NXPhotonSearch(PhotonTransport transport) : transport_(std::move(transport)) {}
+
+void NXPhotonSearch::start(const QUrl& url, Completion completion) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (cancelled_)
+            return;
+        completion_ = std::move(completion);
+    }
+    if (!platform::isHttpsAddress(url))
+        finish(std::nullopt,
+               NXLocal(QStringLiteral("Die Ortssuche braucht eine gültige HTTPS-Adresse.")));
+    else if (!launch(url))
+        finish(std::nullopt,
+               NXLocal(QStringLiteral(
+                   "Der Systemtransport für die Ortssuche konnte nicht gestartet werden.")));
+}
+
+// False if curl could not be started; then neither reader nor watchdog runs.
+bool NXPhotonSearch::launch(const QUrl& url) {
+    platform::Pipe pipe;
+    if (platform::openPipe(pipe))
+        return false;
+    // curl's own words go nowhere: the user is told what its exit status means.
+    auto child = platform::ChildProcess::make({.program = transport_.program,
+                                               .arguments = photonArguments(url),
+                                               .output = pipe.writeEnd.get()});
+    {
+        const std::lock_guard lock(mutex_);
+        task_ = child;
+    }
+    if (child->start({}))
+        return false;
+    pipe.writeEnd.reset(); // else the reader would wait for ourselves
+
+    auto self = shared_from_this();
+    // Shared only because a std::function must be copyable.
+    auto output = std::make_shared<platform::UniqueFd>(std::move(pipe.readEnd));
+    auto reader = [self, child, output] { self->read(std::move(*output), child); };
+    if (!platform::runInBackground(std::move(reader))) {
+        platform::stopChild(child);
+        return false;
+    }
+    platform::runAfter(transport_.patience, [self, child] { self->giveUp(child); });
+    return true;
+}
+
+// The reader, on a thread of its own.
+void NXPhotonSearch::read(platform::UniqueFd output,
+                          const std::shared_ptr<platform::ChildProcess>& child) {
+    TransferResult result = readTransfer(output.get(), child->exitDescriptor());
+    if (std::holds_alternative<TransferFailure>(result))
+        platform::stopChild(child);
+    // Closed before waiting: a child that still writes must not block on a full pipe.
+    output.reset();
+    const platform::ChildExit exit = child->waitForExit();
+    if (auto* bytes = std::get_if<QByteArray>(&result))
+        result = judgeTransfer(std::move(*bytes), exit);
+
+    if (auto* body = std::get_if<QByteArray>(&result))
+        finish(std::move(*body), QString());
+    else
+        finish(std::nullopt, sentence(std::get<TransferFailure>(result)));
+}
+
+// The watchdog. Says something else than curl's own time limit does: only to try again.
+void NXPhotonSearch::giveUp(const std::shared_ptr<platform::ChildProcess>& child) {
+    if (finish(std::nullopt, NXLocal(QStringLiteral(
+                                 "Zeitlimit der Ortssuche erreicht. Bitte erneut versuchen."))))
+        platform::stopChild(child);
+}
+
+bool NXPhotonSearch::finish(std::optional<QByteArray> body, const QString& failure) {
+    Completion taken;
+    {
+        const std::lock_guard lock(mutex_);
+        if (completed_ || cancelled_)
+            return false;
+        completed_ = true;
+        taken = std::exchange(completion_, nullptr);
+    }
+    if (taken) {
+        platform::postToMain([deliver = std::move(taken), body = std::move(body),
+                              failure]() mutable { deliver(std::move(body), failure); });
+    }
+    return true;
+}
+
+void NXPhotonSearch::cancel() {
+    Completion dropped; // destroyed without the lock: what it owns may ask this request something
+    std::shared_ptr<platform::ChildProcess> child;
+    {
+        const std::lock_guard lock(mutex_);
+        cancelled_ = true;
+        dropped = std::exchange(completion_, nullptr);
+        child = task_;
+    }
+    platform::stopChild(std::move(child));
+}
+
+std::shared_ptr<platform::ChildProcess> NXPhotonSearch::task() const {
+    const std::lock_guard lock(mutex_);
+    return task_;
+}
+
+NXPhotonSearch::Completion NXPhotonSearch::completion() const {
+    const std::lock_guard lock(mutex_);
+    return completion_;
+}
+
+bool NXPhotonSearch::completed() const {
+    const std::lock_guard lock(mutex_);
+    return completed_;
+}
+
+bool NXPhotonSearch::cancelled() const {
+    const std::lock_guard lock(mutex_);
+    return cancelled_;
+}

@@ -1,0 +1,28 @@
+#include "PlaceListModel.h"
+
+void PlaceListModel::setRows(QList<PlaceRow> rows) {
+    beginResetModel();
+    rows_ = std::move(rows);
+    endResetModel();
+}
+
+int PlaceListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QVariant PlaceListModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= rows_.size())
+        return {};
+    const PlaceRow& row = rows_.at(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+        return row.name;
+    case DetailRole:
+    case Qt::ToolTipRole:
+        return row.detail;
+    case Qt::AccessibleTextRole:
+        return QString(row.name + u'\n' + row.detail);
+    default:
+        return {};
+    }
+}
