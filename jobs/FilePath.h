@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QFile>
+#include <QString>
+
+#include <string>
+
+// A path as the file system has it.
+inline std::string filePath(const QString& path) { return QFile::encodeName(path).toStdString(); }

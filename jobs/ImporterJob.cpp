@@ -1,0 +1,99 @@
+#include "ImporterJob.h"
+
+#include "AtomicFile.h"
+#include "ChildProcess.h"
+#include "FilePath.h"
+#include "MainQueue.h"
+#include "StopOwnedTask.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+platform::ChildCommand commandOf(const JobPlan& plan, int log) {
+    platform::ChildCommand command;
+    command.program = filePath(plan.tool);
+    for (const QString& argument : plan.arguments)
+        command.arguments.push_back(argument.toStdString());
+    command.workingDirectory = filePath(plan.temporaryFolder);
+    command.output = log;
+    command.error = log;
+    return command;
+}
+
+bool isComplete(const JobPlan& plan) {
+    return std::ranges::all_of(plan.requiredFiles, [&](const QString& name) {
+        return QFileInfo::exists(plan.outputFolder + u'/' + name);
+    });
+}
+
+bool writePointer(const JobPlan& plan) {
+    const QString mainFile = plan.outputFolder + u'/' + plan.requiredFiles.first();
+    return !platform::replaceFile(filePath(plan.supportFolder + u'/' + plan.pointerName),
+                                  mainFile.toUtf8() + '\n', platform::Durability::durable);
+}
+
+JobReport reportOf(const JobPlan& plan, const platform::ChildExit& exit, bool cancelled) {
+    JobReport report{JobOutcome::Cancelled, {}, plan.outputFolder, plan.requiredFiles.first()};
+    // A cancelled job stays one, even if the tool managed to finish meanwhile.
+    if (cancelled)
+        return report;
+    if (!exit.succeeded() || !isComplete(plan)) {
+        report.outcome = JobOutcome::Failed;
+        report.failureDetail = plan.failureDetail(plan.logPath);
+        return report;
+    }
+    for (const JobFile& file : plan.packageFiles) {
+        // The package is whole without these: they only tell how it came about.
+        (void)platform::replaceFile(filePath(plan.outputFolder + u'/' + file.name), file.bytes,
+                                    platform::Durability::durable);
+    }
+    report.outcome =
+        writePointer(plan) ? JobOutcome::Succeeded : JobOutcome::SucceededWithoutPointer;
+    return report;
+}
+
+void keepLog(const JobPlan& plan) {
+    const QString kept = plan.supportFolder + "/letzter-import.log"_L1;
+    QFile::remove(kept);
+    QFile::copy(plan.logPath, kept);
+}
+
+} // namespace
+
+JobReport finishJob(const JobPlan& plan, const platform::ChildExit& exit, bool cancelled) {
+    JobReport report = reportOf(plan, exit, cancelled);
+    keepLog(plan);
+    QDir(plan.temporaryFolder).removeRecursively();
+    return report;
+}
+
+ImporterJob::ImporterJob(JobPlan plan) : plan_(std::move(plan)) {}
+
+ImporterJob::~ImporterJob() = default;
+
+std::error_code ImporterJob::start(Completion completion) {
+    const platform::UniqueFd log = std::move(plan_.log); // the tool's own from here on
+    child_ = platform::ChildProcess::make(commandOf(plan_, log.get()));
+    const auto failure = child_->start(
+        [self = shared_from_this(), completion = std::move(completion)](platform::ChildExit exit) {
+            const JobReport report = finishJob(self->plan_, exit, self->cancelRequested_);
+            platform::postToMain([self, completion, report] { completion(self, report); });
+        });
+    if (failure) {
+        child_.reset();
+        QDir(plan_.temporaryFolder).removeRecursively();
+    }
+    return failure;
+}
+
+void ImporterJob::stop() {
+    cancelRequested_ = true;
+    NXStopOwnedTask(child_);
+}

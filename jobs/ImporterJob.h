@@ -1,0 +1,61 @@
+#pragma once
+
+#include "JobPlan.h"
+
+#include <QString>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <system_error>
+
+namespace platform {
+class ChildProcess;
+struct ChildExit;
+}
+
+enum class JobOutcome {
+    Cancelled,
+    Succeeded,
+    SucceededWithoutPointer, // the package is whole, but the plug-in could not be told
+    Failed,
+};
+
+// How a job ended.
+struct JobReport {
+    JobOutcome outcome;
+    QString failureDetail; // only for `Failed`; empty where the log says nothing
+    QString outputFolder;
+    QString mainFile; // name of the package's main file in `outputFolder`
+};
+
+// Does the file work after the tool has ended: checks the package, lays the program's files beside
+// it, writes the pointer file, keeps a copy of the log and removes the temporary folder.
+// Any thread but the main one: it may read a long log.
+JobReport finishJob(const JobPlan& plan, const platform::ChildExit& exit, bool cancelled);
+
+// One run of the importer tool, of either kind. Owns the child and the plan's temporary folder.
+// Prepared, then running after a successful `start`, then ended; used once. The completion comes
+// exactly once, on the main thread, after the file work is done, also when the job was stopped.
+class ImporterJob : public std::enable_shared_from_this<ImporterJob> {
+public:
+    using Completion = std::function<void(const std::shared_ptr<ImporterJob>&, const JobReport&)>;
+
+    explicit ImporterJob(JobPlan plan);
+    ~ImporterJob();
+    ImporterJob(const ImporterJob&) = delete;
+    ImporterJob& operator=(const ImporterJob&) = delete;
+
+    // Main thread. On failure the reason is returned, the temporary folder is gone and the
+    // completion is never called.
+    std::error_code start(Completion completion);
+
+    // Asks the tool to stop and lets the job count as cancelled, whatever its exit status. The
+    // completion still comes. Main thread.
+    void stop();
+
+private:
+    JobPlan plan_;
+    std::shared_ptr<platform::ChildProcess> child_; // written before the child runs
+    std::atomic<bool> cancelRequested_ = false;     // read on the thread of the child's exit
+};

@@ -1,0 +1,110 @@
+#include "JobPreparation.h"
+
+#include "AtomicFile.h"
+#include "FilePath.h"
+#include "NXLocal.h"
+#include "WorkNames.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The desktop's folder for data of the user's programs; empty if nothing names one.
+QString userDataFolder() {
+#ifdef Q_OS_MACOS
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+#else
+    const QString named = qEnvironmentVariable("XDG_DATA_HOME");
+    if (QDir::isAbsolutePath(named))
+        return QDir::cleanPath(named);
+    // Not QDir::homePath: without HOME there is no home, rather than the root folder.
+    const QString home = qEnvironmentVariable("HOME");
+    return home.isEmpty() ? QString() : home + "/.local/share"_L1;
+#endif
+}
+
+bool write(const TemporaryJobFolder& folder, const JobFile& file) {
+    // The folder does not outlive the job, so nothing is gained by waiting for the disk.
+    return !platform::replaceFile(filePath(folder.file(file.name)), file.bytes,
+                                  platform::Durability::fast, platform::Readers::owner);
+}
+
+} // namespace
+
+std::optional<QString> NXSupportFolder() {
+    const QString data = userDataFolder();
+    if (data.isEmpty() || !QDir().mkpath(data))
+        return std::nullopt;
+    return data + "/Norvaxel/"_L1 + NXLocal(u"Norvaxel 3D"_s);
+}
+
+std::optional<QString> importerTool(const QString& folder) {
+    const QString path = folder + "/Norvaxel-Ortsimport"_L1;
+    const QFileInfo tool(path);
+    return tool.isFile() && tool.isExecutable() ? std::optional(path) : std::nullopt;
+}
+
+std::optional<TemporaryJobFolder> TemporaryJobFolder::make(const QString& name,
+                                                           platform::Parents parents) {
+    const QString path = QDir(QDir::tempPath()).absoluteFilePath(name);
+    if (platform::createPrivateFolder(filePath(path), parents))
+        return std::nullopt;
+    return TemporaryJobFolder(path);
+}
+
+TemporaryJobFolder::TemporaryJobFolder(TemporaryJobFolder&& other) noexcept
+    : path_(std::exchange(other.path_, {})) {}
+
+TemporaryJobFolder::~TemporaryJobFolder() {
+    if (!path_.isEmpty())
+        QDir(path_).removeRecursively();
+}
+
+QString TemporaryJobFolder::release() { return std::exchange(path_, {}); }
+
+Preparation prepareJob(const JobValues& values, const JobInputs& inputs,
+                       const QString& toolFolder) {
+    const auto tool = importerTool(toolFolder);
+    if (!tool)
+        return Refusal::ToolMissing;
+    const auto support = NXSupportFolder();
+    const QString packages = support.value_or(QString()) + u'/' + values.packages;
+    if (!support || !QDir().mkpath(packages))
+        return Refusal::PackageFolder;
+    auto temporary = TemporaryJobFolder::make(
+        values.temporaryPrefix + upperCaseText(QUuid::createUuid()), values.temporaryParents);
+    if (!temporary)
+        return Refusal::TemporaryFolder;
+    const auto handOver = inputs.handOver();
+    if (const auto* refusal = std::get_if<Refusal>(&handOver))
+        return *refusal;
+    const auto& files = std::get<QList<JobFile>>(handOver);
+    if (!std::ranges::all_of(files, [&](const JobFile& file) { return write(*temporary, file); }))
+        return Refusal::HandOver;
+    const QString output = packages + u'/' + inputs.packageName;
+    if (QFileInfo::exists(output) || QFileInfo(output).isSymLink())
+        return Refusal::OutputFolder;
+    const QString logPath = temporary->file(values.logName);
+    auto log = platform::createPrivateLog(filePath(logPath));
+    if (log.failure)
+        return log.failure == std::errc::too_many_files_open ? Refusal::Log : values.logNotMade;
+    return JobPlan{
+        .tool = *tool,
+        .arguments = inputs.arguments(temporary->file(files.first().name), output),
+        .temporaryFolder = temporary->release(),
+        .logPath = logPath,
+        .log = std::move(log.file),
+        .supportFolder = *support,
+        .outputFolder = output,
+        .requiredFiles = values.requiredFiles,
+        .pointerName = values.pointerName,
+        .packageFiles = inputs.packageFiles,
+        .failureDetail = values.failureDetail,
+    };
+}

@@ -1,0 +1,139 @@
+#include "FailureDetail.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class FailureDetail : public testing::Test {
+protected:
+    QString log(const QByteArray& bytes) {
+        const QString path = folder_.filePath(u"log"_s);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        EXPECT_EQ(file.write(bytes), bytes.size());
+        return path;
+    }
+
+    QString place(const QByteArray& bytes) { return placeFailureDetail(log(bytes)); }
+    QString route(const QByteArray& bytes) { return routeFailureDetail(log(bytes)); }
+
+    QTemporaryDir folder_;
+};
+
+} // namespace
+
+TEST_F(FailureDetail, place_takes_everything_after_the_last_marker) {
+    EXPECT_EQ(place("a\nFEHLER: eins\nb\nFEHLER:  zwei\nund drei\n\n"), u"zwei\nund drei"_s);
+    EXPECT_EQ(place("FEHLER: eins FEHLER: zwei"), u"zwei"_s);
+    EXPECT_EQ(place("FEHLER:"), QString());
+}
+
+TEST_F(FailureDetail, place_takes_the_whole_log_without_a_marker) {
+    EXPECT_EQ(place("\n  nur dies \n\n"), u"nur dies"_s);
+    EXPECT_EQ(place("Fehler: klein"), u"Fehler: klein"_s);
+    EXPECT_EQ(place(""), QString());
+    EXPECT_EQ(place(" \n\n\t"), QString());
+}
+
+TEST_F(FailureDetail, place_keeps_the_last_650_units) {
+    EXPECT_EQ(place(QByteArray("FEHLER: a") + QByteArray(649, 'x')), u'a' + QString(649, u'x'));
+    EXPECT_EQ(place(QByteArray("FEHLER: a") + QByteArray(650, 'x')), QString(650, u'x'));
+    EXPECT_EQ(place(QByteArray("FEHLER: a") + QByteArray(700, ' ') + "b"),
+              QString(649, u' ') + u'b');
+    EXPECT_EQ(place(QByteArray("FEHLER: a") + QByteArray(100000, '\n')), u"a"_s);
+}
+
+TEST_F(FailureDetail, place_masks_service_addresses_in_any_case) {
+    EXPECT_EQ(place("FEHLER: Dienst (https://a.example/x?y=z) antwortet nicht"),
+              u"Dienst ([Datendienst] antwortet nicht"_s);
+    EXPECT_EQ(place("FEHLER: HTTP://a und https://b.c\nund"), u"[Datendienst] und [Datendienst]\nund"_s);
+    EXPECT_EQ(place("FEHLER: ftp://a http:/b"), u"ftp://a http:/b"_s);
+}
+
+TEST_F(FailureDetail, place_finds_a_marker_across_every_cut_between_pieces) {
+    for (int before = 65536 - 9; before <= 65536 + 1; ++before) {
+        EXPECT_EQ(place(QByteArray(before, 'x') + "FEHLER: ende"), u"ende"_s) << before;
+        EXPECT_EQ(place(QByteArray(before, 'x') + "FEHLER: ä🎬"), u"ä🎬"_s) << before;
+    }
+    EXPECT_EQ(place("FEHLER: " + QByteArray(65536 * 2, 'y')), QString(650, u'y'));
+}
+
+TEST_F(FailureDetail, place_says_nothing_about_a_log_that_is_not_utf8) {
+    EXPECT_EQ(place("FEHLER: M\xfcnchen"), QString());
+    EXPECT_EQ(place("\xff FEHLER: klar"), QString());
+    EXPECT_EQ(place(QByteArray(70000, 'x') + "\xe4 FEHLER: klar"), QString());
+    EXPECT_EQ(place("FEHLER: abgeschnitten \xe6\x9d"), QString());
+    EXPECT_EQ(placeFailureDetail(folder_.filePath(u"none"_s)), QString());
+    EXPECT_EQ(placeFailureDetail(folder_.path()), QString());
+}
+
+TEST_F(FailureDetail, place_reads_a_log_of_a_gibibyte_with_flat_memory) {
+    const QString path = log("FEHLER: nicht dies\n");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    // A hole reads as NUL bytes, which are valid UTF-8 and cost no disk.
+    ASSERT_TRUE(file.seek(qint64(1) << 30));
+    file.write("\nFEHLER: dies hier\n");
+    file.close();
+    rusage before{};
+    getrusage(RUSAGE_SELF, &before);
+    EXPECT_EQ(placeFailureDetail(path), u"dies hier"_s);
+    rusage after{};
+    getrusage(RUSAGE_SELF, &after);
+#ifdef __APPLE__
+    const long unit = 1; // bytes
+#else
+    const long unit = 1024; // KiB
+#endif
+    EXPECT_LT((after.ru_maxrss - before.ru_maxrss) * unit, 16L << 20);
+}
+
+TEST_F(FailureDetail, route_takes_the_first_line_after_the_last_marker) {
+    EXPECT_EQ(route("FEHLER: eins\nFEHLER: zwei \nund drei\n"), u"zwei"_s);
+    EXPECT_EQ(route("FEHLER:\nund drei\n"), QString());
+}
+
+TEST_F(FailureDetail, route_takes_the_last_line_with_text_without_a_marker) {
+    EXPECT_EQ(route("eins\n zwei \n \n\t\n"), u"zwei"_s);
+    EXPECT_EQ(route(""), QString());
+    EXPECT_EQ(route("\n \n"), QString());
+    EXPECT_EQ(route(QByteArray(20000, 'x') + "\nzuletzt\n\n"), u"zuletzt"_s);
+}
+
+TEST_F(FailureDetail, route_never_shows_a_line_whose_beginning_was_cut_off) {
+    // The cut falls into the first line, and nothing but blanks follows it.
+    EXPECT_EQ(route("FEHLER: " + QByteArray(20000, 'x') + "\n" + QByteArray(16000, ' ')), QString());
+    // Without any line feed there is nothing to start after.
+    EXPECT_EQ(route(QByteArray(20000, 'x')), QString(500, u'x'));
+}
+
+TEST_F(FailureDetail, route_reads_16384_bytes_whole) {
+    const QByteArray rest = "\n" + QByteArray(16384 - 12, ' ') + "\n";
+    const QByteArray exact = "FEHLER: ab" + rest;
+    ASSERT_EQ(exact.size(), 16384);
+    EXPECT_EQ(route(exact), u"ab"_s);
+    EXPECT_EQ(route("x" + exact), QString());
+}
+
+TEST_F(FailureDetail, route_reads_latin1_where_utf8_fails) {
+    EXPECT_EQ(route("FEHLER: M\xfcnchen"), u"München"_s);
+}
+
+TEST_F(FailureDetail, route_masks_lower_case_addresses_only) {
+    EXPECT_EQ(route("FEHLER: https://a.b/c HTTPS://d"), u"[Datendienst] HTTPS://d"_s);
+}
+
+TEST_F(FailureDetail, route_cuts_at_500_without_splitting_a_character) {
+    const QByteArray begin = "FEHLER: " + QByteArray(499, 'x');
+    EXPECT_EQ(route(begin + QByteArray(101, 'y')), QString(499, u'x') + u'y');
+    EXPECT_EQ(route("FEHLER: " + QByteArray(500, 'x')), QString(500, u'x'));
+    EXPECT_EQ(route(begin + "👨‍👩‍👧‍👦" + QByteArray(90, 'y')), QString(499, u'x') + u"👨‍👩‍👧‍👦"_s);
+    EXPECT_EQ(route(begin + "e\xcc\x81" + QByteArray(99, 'y')), QString(499, u'x') + u"e\u0301"_s);
+}

@@ -1,0 +1,192 @@
+#include "ImporterJob.h"
+
+#include "ChildProcess.h"
+#include "PrivateFiles.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
+}
+
+void write(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_EQ(file.write(bytes), bytes.size());
+}
+
+// One job over a tool that is a shell script, in folders of the test's own.
+class ImporterJobTest : public testing::Test {
+protected:
+    ImporterJobTest() { QDir().mkpath(support_); }
+
+    JobPlan plan(const QByteArray& script) {
+        const QString tool = root_.filePath(u"tool"_s);
+        write(tool, "#!/bin/sh\n" + script);
+        QFile::setPermissions(tool, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        EXPECT_FALSE(platform::createPrivateFolder(temporary_.toStdString(),
+                                                   platform::Parents::mustExist));
+        auto log = platform::createPrivateLog((temporary_ + u"/import.log"_s).toStdString());
+        EXPECT_FALSE(log.failure);
+        return {.tool = tool,
+                .arguments = {output_, u"two words"_s},
+                .temporaryFolder = temporary_,
+                .logPath = temporary_ + u"/import.log"_s,
+                .log = std::move(log.file),
+                .supportFolder = support_,
+                .outputFolder = output_,
+                .requiredFiles = {u"origin.nxd"_s, u"norvaxel3d.json"_s},
+                .pointerName = u"last-import.txt"_s,
+                .packageFiles = {{u"extra.json"_s, "extra"}},
+                .failureDetail = [](const QString& path) { return QString::fromUtf8(contents(path)); }};
+    }
+
+    JobReport run(const QByteArray& script) {
+        start(script);
+        return awaitReport();
+    }
+
+    void start(const QByteArray& script) {
+        job_ = std::make_shared<ImporterJob>(plan(script));
+        EXPECT_FALSE(job_->start([this](const auto& job, const JobReport& report) {
+            EXPECT_EQ(job, job_);
+            report_ = report;
+            ++reports_;
+        }));
+    }
+
+    JobReport awaitReport() {
+        QElapsedTimer patience;
+        patience.start();
+        while (reports_ == 0 && patience.elapsed() < 20000)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+        EXPECT_EQ(reports_, 1);
+        // In every case the folder goes and the log is kept.
+        EXPECT_FALSE(QFileInfo::exists(temporary_));
+        return report_;
+    }
+
+    QTemporaryDir root_;
+    const QString temporary_ = root_.filePath(u"job"_s);
+    const QString support_ = root_.filePath(u"support"_s);
+    const QString output_ = root_.filePath(u"package"_s);
+    const QString pointer_ = support_ + u"/last-import.txt"_s;
+    const QString keptLog_ = support_ + u"/letzter-import.log"_s;
+    std::shared_ptr<ImporterJob> job_;
+    JobReport report_{};
+    int reports_ = 0;
+};
+
+const QByteArray makePackage = R"(mkdir "$1" && touch "$1/origin.nxd" "$1/norvaxel3d.json")";
+
+} // namespace
+
+TEST_F(ImporterJobTest, a_whole_package_is_a_success_and_gets_its_pointer) {
+    const JobReport report = run(makePackage + "\necho done");
+    EXPECT_EQ(report.outcome, JobOutcome::Succeeded);
+    EXPECT_EQ(report.outputFolder, output_);
+    EXPECT_EQ(report.mainFile, u"origin.nxd"_s);
+    EXPECT_EQ(contents(pointer_), (output_ + u"/origin.nxd\n"_s).toUtf8());
+    EXPECT_EQ(contents(output_ + u"/extra.json"_s), "extra");
+    EXPECT_EQ(contents(keptLog_), "done\n");
+}
+
+TEST_F(ImporterJobTest, the_tool_gets_arguments_folder_and_streams) {
+    run(R"(pwd; printf '%s|' "$@"; cat; echo err >&2; exit 3)");
+    EXPECT_EQ(contents(keptLog_), (temporary_ + u'\n' + output_ + u"|two words|err\n"_s).toUtf8());
+}
+
+TEST_F(ImporterJobTest, status_0_without_every_file_is_a_failure) {
+    const JobReport report = run(R"(mkdir "$1" && touch "$1/origin.nxd"; echo half)");
+    EXPECT_EQ(report.outcome, JobOutcome::Failed);
+    EXPECT_EQ(report.failureDetail, u"half\n"_s);
+    EXPECT_FALSE(QFileInfo::exists(pointer_));
+    EXPECT_FALSE(QFileInfo::exists(output_ + u"/extra.json"_s));
+    EXPECT_TRUE(QFileInfo::exists(output_ + u"/origin.nxd"_s));
+}
+
+TEST_F(ImporterJobTest, any_other_end_is_a_failure_even_with_every_file) {
+    for (const char* end : {"exit 1", "kill -SEGV $$", "kill -TERM $$"}) {
+        SCOPED_TRACE(end);
+        reports_ = 0;
+        EXPECT_EQ(run(makePackage + "\n" + end).outcome, JobOutcome::Failed);
+        EXPECT_FALSE(QFileInfo::exists(pointer_));
+        QDir(output_).removeRecursively();
+    }
+}
+
+TEST_F(ImporterJobTest, a_failure_keeps_the_pointer_and_replaces_the_log) {
+    write(pointer_, "/old/origin.nxd\n");
+    write(keptLog_, "old");
+    run("echo new; exit 1");
+    EXPECT_EQ(contents(pointer_), "/old/origin.nxd\n");
+    EXPECT_EQ(contents(keptLog_), "new\n");
+}
+
+TEST_F(ImporterJobTest, a_pointer_that_cannot_be_written_is_told_apart) {
+    QDir().mkpath(pointer_ + u"/not-empty"_s);
+    const JobReport report = run(makePackage);
+    EXPECT_EQ(report.outcome, JobOutcome::SucceededWithoutPointer);
+    EXPECT_EQ(report.outputFolder, output_);
+}
+
+TEST_F(ImporterJobTest, a_link_at_the_pointer_is_replaced_and_never_written_through) {
+    const QString foreign = root_.filePath(u"foreign"_s);
+    write(foreign, "mine");
+    QFile::link(foreign, pointer_);
+    EXPECT_EQ(run(makePackage).outcome, JobOutcome::Succeeded);
+    EXPECT_EQ(contents(foreign), "mine");
+    EXPECT_FALSE(QFileInfo(pointer_).isSymLink());
+}
+
+TEST_F(ImporterJobTest, a_link_at_the_kept_log_is_replaced_and_never_written_through) {
+    const QString foreign = root_.filePath(u"foreign"_s);
+    write(foreign, "mine");
+    QFile::link(foreign, keptLog_);
+    run("echo log; exit 1");
+    EXPECT_EQ(contents(foreign), "mine");
+    EXPECT_EQ(contents(keptLog_), "log\n");
+}
+
+TEST_F(ImporterJobTest, a_stopped_job_is_cancelled_whatever_the_tool_says) {
+    start("trap 'exit 0' TERM\n" + makePackage + "\necho ready\nwhile :; do sleep 0.01; done");
+    QElapsedTimer patience;
+    patience.start();
+    while (contents(temporary_ + u"/import.log"_s) != "ready\n" && patience.elapsed() < 20000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    job_->stop();
+    EXPECT_EQ(awaitReport().outcome, JobOutcome::Cancelled);
+    EXPECT_FALSE(QFileInfo::exists(pointer_));
+    EXPECT_TRUE(QFileInfo::exists(output_ + u"/origin.nxd"_s));
+}
+
+TEST_F(ImporterJobTest, a_failed_start_leaves_nothing_and_says_why) {
+    JobPlan broken = plan("exit 0");
+    broken.tool = root_.filePath(u"none"_s);
+    job_ = std::make_shared<ImporterJob>(std::move(broken));
+    const auto failure = job_->start([this](const auto&, const JobReport&) { ++reports_; });
+    EXPECT_EQ(failure, std::errc::no_such_file_or_directory);
+    EXPECT_FALSE(QFileInfo::exists(temporary_));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(reports_, 0);
+}
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
