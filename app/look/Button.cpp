@@ -1,0 +1,90 @@
+#include "Button.h"
+
+#include "Fonts.h"
+#include "ToolTip.h"
+
+#include <QHelpEvent>
+
+namespace look {
+
+namespace {
+
+constexpr int glyphRoom = 16 + 6;
+// The prominent button changes its title while it works; at this width nothing jumps.
+constexpr int prominentMinimumWidth = 148;
+
+} // namespace
+
+Button::Button(ButtonKind kind, const QString& title, QWidget* parent)
+    : QPushButton(parent), kind_(kind) {
+    setFont(kind == ButtonKind::Small ? look::font(11, QFont::Medium)
+                                      : look::font(13, QFont::Medium));
+    setAutoDefault(false);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setTitle(title);
+}
+
+void Button::setGlyph(ButtonGlyph glyph) {
+    glyph_ = glyph;
+    updateGeometry();
+    update();
+}
+
+void Button::setTitle(const QString& title) {
+    title_.setText(title);
+    setText(literal(title));
+}
+
+int Button::sidePadding() const {
+    switch (kind_) {
+    case ButtonKind::Prominent:
+        return 19;
+    case ButtonKind::Small:
+        return 11;
+    case ButtonKind::Push:
+        break;
+    }
+    return 15;
+}
+
+// A title that just fits its fixed width may come closer to the edges than the padding.
+int Button::titleRoom() const {
+    constexpr int closest = 8;
+    return width() - 2 * closest - (glyph_ == ButtonGlyph::None ? 0 : glyphRoom);
+}
+
+const Line& Button::shownTitle() const {
+    return title_.within(titleRoom(), font());
+}
+
+bool Button::isElided() const {
+    return shownTitle().isElided;
+}
+
+QSize Button::sizeHint() const {
+    int width = title_.naturalWidth(font()) + 2 * sidePadding();
+    if (glyph_ != ButtonGlyph::None) {
+        width += glyphRoom;
+    }
+    if (kind_ == ButtonKind::Prominent) {
+        width = qMax(width, prominentMinimumWidth);
+    }
+    return {width, kind_ == ButtonKind::Small ? 24 : 32};
+}
+
+QSize Button::minimumSizeHint() const {
+    return sizeHint();
+}
+
+bool Button::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip && toolTip().isEmpty() && isElided()) {
+        showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), title(), this);
+        return true;
+    }
+    if (event->type() == QEvent::FontChange) {
+        title_.forget();
+    }
+    return QPushButton::event(event);
+}
+
+} // namespace look

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "LiteralText.h"
+
+#include <QPushButton>
+
+namespace look {
+
+enum class ButtonKind { Push, Prominent, Small };
+enum class ButtonGlyph { None, Magnifier };
+
+// A push button whose title is literal text. Grows with its title unless a width is fixed; then the
+// title is elided and becomes the tooltip, unless another tooltip was set.
+class Button : public QPushButton {
+    Q_OBJECT
+
+public:
+    explicit Button(ButtonKind kind, const QString& title = {}, QWidget* parent = nullptr);
+
+    ButtonKind kind() const { return kind_; }
+    ButtonGlyph glyph() const { return glyph_; }
+    // The glyph stands before the title; right to left it stands on its right.
+    void setGlyph(ButtonGlyph glyph);
+
+    // The title as given; text() has its "&" doubled.
+    const QString& title() const { return title_.text(); }
+    void setTitle(const QString& title);
+    // The title as it is shown.
+    const Line& shownTitle() const;
+    bool isElided() const;
+
+    // The space between either edge and the title.
+    int sidePadding() const;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    int titleRoom() const;
+
+    ButtonKind kind_;
+    ButtonGlyph glyph_ = ButtonGlyph::None;
+    FittedText title_;
+};
+
+} // namespace look

@@ -1,0 +1,98 @@
+#include "Field.h"
+
+#include "Colours.h"
+#include "Fonts.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QStyleHints>
+#include <QTimerEvent>
+
+namespace look {
+
+Field::Field(FieldKind kind, QWidget* parent) : QLineEdit(parent), kind_(kind) {
+    setFont(look::font(kind == FieldKind::Search ? 15 : 11));
+    setFixedHeight(kind == FieldKind::Search ? 34 : kind == FieldKind::Service ? 24 : 26);
+    alignToLeadingEdge();
+    connect(this, &QLineEdit::cursorPositionChanged, this, &Field::showCursor);
+    connect(this, &QLineEdit::textEdited, this, &Field::showCursor);
+}
+
+int Field::cornerRadius() const {
+    return kind_ == FieldKind::Search ? 7 : 6;
+}
+
+void Field::paintEvent(QPaintEvent* event) {
+    QLineEdit::paintEvent(event);
+    if (!isCursorShown_ || isReadOnly() || !hasFocus() || hasSelectedText()) {
+        return;
+    }
+    // The toolkit's rectangle is five pixels wider than its cursor on the left.
+    const QRect around = cursorRect();
+    QPainter painter(this);
+    painter.fillRect(QRect(around.left() + 5, around.top(), 1, around.height()),
+                     QColor(colours::textCursor));
+}
+
+void Field::focusInEvent(QFocusEvent* event) {
+    QLineEdit::focusInEvent(event);
+    showCursor();
+}
+
+void Field::focusOutEvent(QFocusEvent* event) {
+    QLineEdit::focusOutEvent(event);
+    blink_.stop();
+    isCursorShown_ = false;
+    update();
+}
+
+void Field::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != blink_.timerId()) {
+        QLineEdit::timerEvent(event);
+        return;
+    }
+    isCursorShown_ = !isCursorShown_;
+    update(cursorRect());
+}
+
+void Field::changeEvent(QEvent* event) {
+    QLineEdit::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange) {
+        alignToLeadingEdge();
+    }
+}
+
+bool Field::event(QEvent* event) {
+    if (event->type() == QEvent::ReadOnlyChange) {
+        takeTextColour();
+    }
+    return QLineEdit::event(event);
+}
+
+// After every key the cursor is visible for a whole half period, so that it never seems lost.
+void Field::showCursor() {
+    if (!hasFocus()) {
+        return;
+    }
+    isCursorShown_ = true;
+    const int period = QGuiApplication::styleHints()->cursorFlashTime();
+    if (period > 0) {
+        blink_.start(period / 2, this);
+    }
+    update();
+}
+
+void Field::alignToLeadingEdge() {
+    setAlignment((layoutDirection() == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft) |
+                 Qt::AlignAbsolute | Qt::AlignVCenter);
+}
+
+void Field::takeTextColour() {
+    QPalette changed = palette();
+    const QColor text(isReadOnly() ? colours::secondary : colours::labelOnWell);
+    changed.setColor(QPalette::Active, QPalette::Text, text);
+    changed.setColor(QPalette::Inactive, QPalette::Text, text);
+    setPalette(changed);
+}
+
+} // namespace look

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QPainterPath>
+#include <QWidget>
+
+class QPainter;
+
+namespace look {
+
+// The building in a box of 34 x 34.
+QPainterPath buildingPath();
+
+// The magnifier in a box of 16 x 16 at `origin`, in the colour of the text beside it.
+void drawMagnifier(QPainter& painter, const QPoint& origin, QRgb colour);
+
+// The blue building that stands for the program. Never mirrored. Its accessible name is the
+// caller's to give.
+class BuildingGlyph : public QWidget {
+    Q_OBJECT
+
+public:
+    // `side`: width and height in pixels, 34 in the window and 44 in a dialog.
+    explicit BuildingGlyph(int side, QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+} // namespace look

@@ -1,0 +1,139 @@
+#include "Label.h"
+
+#include "Fonts.h"
+#include "ToolTip.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QStyle>
+
+namespace look {
+
+namespace {
+
+// Wider than any screen: what a label may ask for at most.
+constexpr int widest = 4096;
+
+} // namespace
+
+Label::Label(int pixels, QRgb colour, QWidget* parent)
+    : Label(pixels, QFont::Normal, colour, parent) {}
+
+Label::Label(int pixels, QFont::Weight weight, QRgb colour, QWidget* parent)
+    : QLabel(parent), colour_(colour) {
+    setTextFormat(Qt::PlainText);
+    setFont(look::font(pixels, weight));
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+Label::~Label() = default;
+
+void Label::setText(const QString& text) {
+    text_.setText(text);
+    block_.reset();
+    setLiteralText(this, text);
+    // The label compares escaped texts and sizes; ours may differ although its own do not.
+    updateGeometry();
+    update();
+}
+
+void Label::setBuddy(QWidget* buddy) {
+    QLabel::setBuddy(buddy);
+    setText(QString(text()));
+}
+
+void Label::setColour(QRgb colour) {
+    if (colour_ != colour) {
+        colour_ = colour;
+        update();
+    }
+}
+
+void Label::setMaximumLines(int lines) {
+    maximumLines_ = lines;
+    block_.reset();
+    QSizePolicy policy = sizePolicy();
+    policy.setHeightForWidth(lines > 1);
+    policy.setVerticalPolicy(lines > 1 ? QSizePolicy::Preferred : QSizePolicy::Fixed);
+    setSizePolicy(policy);
+    updateGeometry();
+    update();
+}
+
+bool Label::isElided() const {
+    const int width = contentsRect().width();
+    return maximumLines_ > 1 ? block(width).isElided() : text_.within(width, font()).isElided;
+}
+
+QSize Label::sizeHint() const {
+    const int line = lineHeight(font().pixelSize());
+    if (maximumLines_ == 1) {
+        return {text_.naturalWidth(font()), line};
+    }
+    const TextBlock unwrapped(text(), font(), widest, maximumLines_, layoutDirection(),
+                              Qt::AlignLeft);
+    return {unwrapped.naturalWidth(), qMax(unwrapped.height(), line)};
+}
+
+// A text may always be squeezed: it is elided then.
+QSize Label::minimumSizeHint() const {
+    return {0, lineHeight(font().pixelSize())};
+}
+
+bool Label::hasHeightForWidth() const {
+    return maximumLines_ > 1;
+}
+
+int Label::heightForWidth(int width) const {
+    if (maximumLines_ == 1) {
+        return -1;
+    }
+    return qMax(block(width).height(), lineHeight(font().pixelSize()));
+}
+
+void Label::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    const QRect area = contentsRect();
+    if (maximumLines_ > 1) {
+        block(area.width()).draw(painter, area.topLeft(), colour_);
+        return;
+    }
+    drawLine(painter, area, text_.within(area.width(), font()), font(), colour_, visualAlignment(),
+             layoutDirection());
+}
+
+bool Label::event(QEvent* event) {
+    switch (event->type()) {
+    case QEvent::ToolTip:
+        if (toolTip().isEmpty() && isElided()) {
+            showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
+            return true;
+        }
+        break;
+    case QEvent::FontChange:
+    case QEvent::LayoutDirectionChange:
+        text_.forget();
+        block_.reset();
+        break;
+    default:
+        break;
+    }
+    return QLabel::event(event);
+}
+
+const TextBlock& Label::block(int width) const {
+    if (!block_ || blockWidth_ != width) {
+        block_ =
+            std::make_unique<TextBlock>(text(), font(), width, maximumLines_, layoutDirection(),
+                                        visualAlignment() | Qt::AlignAbsolute);
+        blockWidth_ = width;
+    }
+    return *block_;
+}
+
+Qt::Alignment Label::visualAlignment() const {
+    return QStyle::visualAlignment(layoutDirection(), alignment()) & Qt::AlignHorizontal_Mask &
+           ~Qt::AlignAbsolute;
+}
+
+} // namespace look

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "LiteralText.h"
+
+#include <QLabel>
+#include <QRgb>
+
+#include <memory>
+
+namespace look {
+
+// Plain text in one colour. One line that is elided, or up to N lines that wrap and are elided in
+// the last one; the whole text is then the tooltip, unless another one was set. Assistive
+// technology always gets the whole text. Texts of any length are cheap: only what can be seen is
+// laid out.
+class Label : public QLabel {
+    Q_OBJECT
+
+public:
+    // `pixels`: the size of the font.
+    Label(int pixels, QRgb colour, QWidget* parent = nullptr);
+    Label(int pixels, QFont::Weight weight, QRgb colour, QWidget* parent = nullptr);
+    ~Label() override;
+
+    // Hides QLabel's: the text is literal whatever it holds and whoever is the buddy.
+    void setText(const QString& text);
+    const QString& text() const { return text_.text(); }
+    void setBuddy(QWidget* buddy);
+
+    void setColour(QRgb colour);
+    // 1 is a single line; more wrap. The height is always that of the lines that are there.
+    void setMaximumLines(int lines);
+    bool isElided() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    bool hasHeightForWidth() const override;
+    int heightForWidth(int width) const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    const TextBlock& block(int width) const;
+    Qt::Alignment visualAlignment() const;
+
+    FittedText text_;
+    QRgb colour_;
+    int maximumLines_ = 1;
+    // Laid out for blockWidth_; null after a change.
+    mutable std::unique_ptr<TextBlock> block_;
+    mutable int blockWidth_ = -1;
+};
+
+} // namespace look

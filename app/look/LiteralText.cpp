@@ -1,0 +1,232 @@
+#include "LiteralText.h"
+
+#include "Fonts.h"
+
+#include <QAbstractButton>
+#include <QFontMetrics>
+#include <QLabel>
+#include <QPainter>
+
+#include <cmath>
+
+namespace look {
+
+namespace {
+
+// At these sizes no letter is narrower than two pixels, and marks without a width of their own are
+// rare: so many code units fill a line.
+qsizetype lettersFilling(int width) {
+    return qMax(width, 0) / 2 + 32;
+}
+
+QString firstLetters(const QString& text, qsizetype count) {
+    if (count >= text.size()) {
+        return text;
+    }
+    return text.left(text.at(count - 1).isHighSurrogate() ? count - 1 : count);
+}
+
+bool isControl(QChar letter) {
+    const QChar::Category category = letter.category();
+    return category == QChar::Other_Control || category == QChar::Separator_Line ||
+           category == QChar::Separator_Paragraph;
+}
+
+QString withoutControls(QString text) {
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (isControl(text.at(i))) {
+            text[i] = u' ';
+        }
+    }
+    return text;
+}
+
+// Line breaks as the layout understands them, every other control character a space.
+QString withLineSeparators(QString text) {
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar letter = text.at(i);
+        if (letter == u'\n' || letter == u'\r' || letter == QChar::ParagraphSeparator) {
+            text[i] = QChar::LineSeparator;
+        } else if (letter != QChar::LineSeparator && isControl(letter)) {
+            text[i] = u' ';
+        }
+    }
+    return text;
+}
+
+// Where the first baseline lies below the top of a box of this height.
+int baseline(const QFontMetrics& metrics, int height) {
+    return int(std::floor((height - metrics.height()) / 2.0)) + metrics.ascent();
+}
+
+} // namespace
+
+QString literal(const QString& text) {
+    QString escaped = text;
+    return escaped.replace(u'&', QLatin1String("&&"));
+}
+
+void setLiteralText(QAbstractButton* button, const QString& text) {
+    button->setText(literal(text));
+}
+
+void setLiteralText(QLabel* label, const QString& text) {
+    label->setTextFormat(Qt::PlainText);
+    label->setText(label->buddy() ? literal(text) : text);
+}
+
+Line fitLine(const QString& text, const QFont& font, int width) {
+    QString shown = withoutControls(firstLetters(text, lettersFilling(width)));
+    const bool isCut = shown.size() < text.size();
+    if (isCut) {
+        shown += u'\u2026';
+    }
+    const qreal advance = QFontMetricsF(font).horizontalAdvance(shown);
+    if (advance <= width) {
+        return {shown, advance, isCut};
+    }
+    const QString fitted = QFontMetrics(font).elidedText(shown, Qt::ElideRight, qMax(width, 0));
+    return {fitted, QFontMetricsF(font).horizontalAdvance(fitted), true};
+}
+
+void FittedText::setText(const QString& text) {
+    text_ = text;
+    forget();
+}
+
+void FittedText::forget() {
+    isMeasured_ = false;
+    fittedWidth_ = -1;
+}
+
+int FittedText::naturalWidth(const QFont& font) const {
+    return int(std::ceil(whole(font).width));
+}
+
+const Line& FittedText::within(int width, const QFont& font) const {
+    if (whole(font).width <= width) {
+        return whole_;
+    }
+    if (fittedWidth_ != width) {
+        fitted_ = fitLine(text_, font, width);
+        fittedWidth_ = width;
+    }
+    return fitted_;
+}
+
+const Line& FittedText::whole(const QFont& font) const {
+    constexpr int widest = 4096;
+    if (!isMeasured_) {
+        whole_ = fitLine(text_, font, widest);
+        isMeasured_ = true;
+    }
+    return whole_;
+}
+
+void drawLine(QPainter& painter, const QRect& box, const Line& line, const QFont& font, QRgb colour,
+              Qt::Alignment alignment, Qt::LayoutDirection direction) {
+    int x = box.left();
+    if (alignment & Qt::AlignRight) {
+        x += box.width() - int(std::ceil(line.width));
+    } else if (alignment & Qt::AlignHCenter) {
+        x += qRound((box.width() - line.width) / 2);
+    }
+    painter.setFont(font);
+    painter.setPen(QColor(colour));
+    painter.setLayoutDirection(direction);
+    painter.drawText(QPoint(x, box.top() + baseline(QFontMetrics(font), box.height())), line.text);
+}
+
+Qt::LayoutDirection ownDirection(const QString& text, Qt::LayoutDirection otherwise) {
+    for (const QChar letter : text) {
+        switch (letter.direction()) {
+        case QChar::DirL:
+            return Qt::LeftToRight;
+        case QChar::DirR:
+        case QChar::DirAL:
+            return Qt::RightToLeft;
+        default:
+            break;
+        }
+    }
+    return otherwise;
+}
+
+TextBlock::TextBlock(const QString& text, const QFont& font, int width, int maximumLines,
+                     Qt::LayoutDirection direction, Qt::Alignment alignment)
+    : width_(qMax(width, 1)), maximumLines_(qMax(maximumLines, 1)),
+      lineHeight_(lineHeight(font.pixelSize())) {
+    QTextOption option(alignment);
+    option.setTextDirection(direction);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout_.setFont(font);
+    layout_.setTextOption(option);
+
+    const QString start =
+        firstLetters(text, qMin<qsizetype>(maximumLines_ * lettersFilling(width_), text.size()));
+    const QString whole = withLineSeparators(start);
+    lay(whole);
+    const QTextLine last = layout_.lineAt(layout_.lineCount() - 1);
+    const qsizetype end = last.isValid() ? last.textStart() + last.textLength() : 0;
+    isElided_ = last.isValid() && (end < whole.size() || start.size() < text.size());
+    if (!isElided_) {
+        return;
+    }
+    QString rest = whole.mid(last.textStart());
+    const qsizetype lineEnd = rest.indexOf(QChar::LineSeparator);
+    if (lineEnd >= 0) {
+        rest.truncate(lineEnd);
+    }
+    if (lineEnd >= 0 || start.size() < text.size()) {
+        rest += u'\u2026';
+    }
+    QString kept = whole.left(last.textStart());
+    if (!kept.isEmpty() && !kept.endsWith(QChar::LineSeparator)) {
+        kept += QChar::LineSeparator;
+    }
+    lay(kept + QFontMetrics(font).elidedText(rest, Qt::ElideRight, width_));
+}
+
+void TextBlock::lay(const QString& text) {
+    layout_.setText(text);
+    layout_.beginLayout();
+    const int first = baseline(QFontMetrics(layout_.font()), lineHeight_);
+    for (int i = 0; i < maximumLines_; ++i) {
+        QTextLine line = layout_.createLine();
+        if (!line.isValid()) {
+            break;
+        }
+        line.setLineWidth(width_);
+        // A fallback font of another height must not move the baseline.
+        line.setPosition(QPointF(0, first + i * lineHeight_ - line.ascent()));
+    }
+    layout_.endLayout();
+}
+
+int TextBlock::height() const {
+    return lineCount() * lineHeight_;
+}
+
+int TextBlock::naturalWidth() const {
+    qreal widest = 0;
+    for (int i = 0; i < layout_.lineCount(); ++i) {
+        widest = qMax(widest, layout_.lineAt(i).naturalTextWidth());
+    }
+    return int(std::ceil(widest));
+}
+
+int TextBlock::leftmost() const {
+    qreal left = width_;
+    for (int i = 0; i < layout_.lineCount(); ++i) {
+        left = qMin(left, layout_.lineAt(i).naturalTextRect().left());
+    }
+    return int(std::floor(left));
+}
+
+void TextBlock::draw(QPainter& painter, const QPoint& topLeft, QRgb colour) const {
+    painter.setPen(QColor(colour));
+    layout_.draw(&painter, topLeft);
+}
+
+} // namespace look

@@ -1,0 +1,111 @@
+#include "Panel.h"
+
+#include "Accessibility.h"
+#include "Button.h"
+#include "Colours.h"
+#include "Glyphs.h"
+#include "Label.h"
+#include "Shapes.h"
+
+#include <QBoxLayout>
+#include <QPainter>
+
+namespace look {
+
+namespace {
+
+constexpr int panelWidth = 348;
+constexpr int innerWidth = 300;
+constexpr int gap = 10;
+constexpr int cornerRadius = 12;
+
+} // namespace
+
+Panel::Panel(PanelKind kind, const QString& heading, const QString& information, QWidget* parent)
+    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint), kind_(kind),
+      heading_(new Label(14, QFont::DemiBold, colours::label, this)),
+      information_(new Label(12, colours::secondary, this)), column_(new QVBoxLayout(this)) {
+    describeOurWidgets();
+    setWindowModality(Qt::WindowModal);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setWindowTitle(heading);
+    setAccessibleName(heading);
+    setAccessibleDescription(information);
+
+    for (Label* label : {heading_, information_}) {
+        label->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+        label->setFixedWidth(innerWidth);
+    }
+    heading_->setMaximumLines(3);
+    heading_->setText(heading);
+    information_->setMaximumLines(24);
+    information_->setText(information);
+
+    const int side = (panelWidth - innerWidth) / 2;
+    column_->setContentsMargins(side, 23, side, 24);
+    column_->setSpacing(0);
+    column_->addWidget(new BuildingGlyph(44, this), 0, Qt::AlignHCenter);
+    column_->addSpacing(12);
+    column_->addWidget(heading_);
+    column_->addSpacing(4);
+    column_->addWidget(information_);
+}
+
+void Panel::setAccessory(QWidget* accessory) {
+    accessory->setFixedSize(innerWidth, 28);
+    column_->addSpacing(16);
+    column_->addWidget(accessory);
+}
+
+void Panel::setButtons(const QString& prominentTitle, const QString& otherTitle) {
+    prominentButton_ = new Button(ButtonKind::Prominent, prominentTitle, this);
+    prominentButton_->setDefault(true);
+    connect(prominentButton_, &QPushButton::clicked, this, &QDialog::accept);
+
+    auto* row = new QHBoxLayout;
+    row->setSpacing(gap);
+    if (otherTitle.isEmpty()) {
+        prominentButton_->setFixedWidth(innerWidth);
+    } else {
+        otherButton_ = new Button(ButtonKind::Push, otherTitle, this);
+        connect(otherButton_, &QPushButton::clicked, this, &QDialog::reject);
+        otherButton_->setFixedWidth((innerWidth - gap) / 2);
+        prominentButton_->setFixedWidth((innerWidth - gap) / 2);
+        row->addWidget(otherButton_);
+    }
+    row->addWidget(prominentButton_);
+    column_->addSpacing(18);
+    column_->addLayout(row);
+}
+
+void Panel::reject() {
+    if (otherButton_) {
+        QDialog::reject();
+    } else {
+        accept();
+    }
+}
+
+void Panel::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    drawBordered(painter, rect(), cornerRadius, colours::panel, colours::panelOutline);
+}
+
+void Panel::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    if (needsWindowShape()) {
+        setMask(roundedRegion(rect(), cornerRadius));
+    }
+}
+
+void Panel::showEvent(QShowEvent* event) {
+    fitHeight();
+    QDialog::showEvent(event);
+}
+
+void Panel::fitHeight() {
+    ensurePolished();
+    setFixedSize(panelWidth, column_->totalHeightForWidth(panelWidth));
+}
+
+} // namespace look

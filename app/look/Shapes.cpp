@@ -1,0 +1,137 @@
+#include "Shapes.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <cmath>
+
+namespace look {
+
+namespace {
+
+bool isWhole(qreal number) {
+    return qFuzzyCompare(number + 1, std::round(number) + 1);
+}
+
+// The length of one logical pixel's line in logical units, a whole number of device pixels.
+qreal lineWidth(const QPainter& painter) {
+    const qreal scale = painter.deviceTransform().m11();
+    return isWhole(scale) || scale <= 0 ? 1 : qMax<qreal>(1, std::floor(scale)) / scale;
+}
+
+QRectF onDevicePixels(const QPainter& painter, const QRectF& rectangle) {
+    const QTransform transform = painter.deviceTransform();
+    if (isWhole(transform.m11()) || transform.type() > QTransform::TxScale) {
+        return rectangle;
+    }
+    const QRectF mapped = transform.mapRect(rectangle);
+    const QPointF topLeft(std::round(mapped.left()), std::round(mapped.top()));
+    const QPointF bottomRight(std::round(mapped.right()), std::round(mapped.bottom()));
+    return transform.inverted().mapRect(QRectF(topLeft, bottomRight));
+}
+
+void drawTick(QPainter& painter, const QPointF (&points)[3], qreal width, QRgb stroke) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(stroke), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPolyline(points, 3);
+    painter.restore();
+}
+
+} // namespace
+
+void fillRounded(QPainter& painter, const QRectF& rectangle, qreal radius, QRgb fill) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(fill));
+    painter.drawRoundedRect(onDevicePixels(painter, rectangle), radius, radius);
+    painter.restore();
+}
+
+void drawBordered(QPainter& painter, const QRectF& rectangle, qreal radius, QRgb fill, QRgb line) {
+    const qreal width = lineWidth(painter);
+    const qreal half = width / 2;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(line), width));
+    painter.setBrush(QColor(fill));
+    painter.drawRoundedRect(onDevicePixels(painter, rectangle).adjusted(half, half, -half, -half),
+                            radius - half, radius - half);
+    painter.restore();
+}
+
+void drawRaised(QPainter& painter, const QRectF& rectangle, qreal radius, const Face& face) {
+    const QRectF whole = onDevicePixels(painter, rectangle);
+    fillRounded(painter, whole, radius, face.fill);
+    // What the shape leaves free of itself when it is moved down by the width of the line.
+    QPainterPath light;
+    light.addRoundedRect(whole, radius, radius);
+    light.addRoundedRect(whole.translated(0, lineWidth(painter)), radius, radius);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    // Lower down the two edges meet, and what is left between them would only brighten the side.
+    painter.setClipRect(QRectF(whole.topLeft(), QSizeF(whole.width(), 3)), Qt::IntersectClip);
+    painter.fillPath(light, QColor(face.top));
+    painter.restore();
+}
+
+void drawBand(QPainter& painter, const QRectF& rectangle, qreal radius, qreal width, QRgb fill) {
+    const QRectF inner = onDevicePixels(painter, rectangle);
+    QPainterPath band;
+    band.setFillRule(Qt::OddEvenFill);
+    band.addRoundedRect(inner.adjusted(-width, -width, width, width), radius + width,
+                        radius + width);
+    band.addRoundedRect(inner, radius, radius);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(band, QColor(fill));
+    painter.restore();
+}
+
+void drawChevrons(QPainter& painter, const QPoint& origin, QRgb stroke) {
+    const QPointF up[3] = {{1.5, 5}, {4.5, 2}, {7.5, 5}};
+    const QPointF down[3] = {{1.5, 9}, {4.5, 12}, {7.5, 9}};
+    painter.save();
+    painter.translate(origin);
+    drawTick(painter, up, 1.5, stroke);
+    drawTick(painter, down, 1.5, stroke);
+    painter.restore();
+}
+
+void drawBoxTick(QPainter& painter, const QPoint& origin, QRgb stroke) {
+    const QPointF points[3] = {{3.6, 7.4}, {6, 9.7}, {10.4, 4.3}};
+    painter.save();
+    painter.translate(origin);
+    drawTick(painter, points, 1.6, stroke);
+    painter.restore();
+}
+
+void drawMenuTick(QPainter& painter, const QPoint& origin, QRgb stroke) {
+    const QPointF points[3] = {{2.5, 12.5}, {5, 15}, {9.5, 9}};
+    painter.save();
+    painter.translate(origin);
+    drawTick(painter, points, 1.6, stroke);
+    painter.restore();
+}
+
+QRegion roundedRegion(const QRect& rectangle, int radius) {
+    QRegion region(rectangle.adjusted(0, radius, 0, -radius));
+    for (int row = 0; row < radius; ++row) {
+        // The lower edge of the row lies nearest to the circle's middle and is the widest.
+        const qreal height = radius - row - 1;
+        const int inset = int(std::floor(radius - std::sqrt(radius * radius - height * height)));
+        const int width = rectangle.width() - 2 * inset;
+        region += QRect(rectangle.left() + inset, rectangle.top() + row, width, 1);
+        region += QRect(rectangle.left() + inset, rectangle.bottom() - row, width, 1);
+    }
+    return region;
+}
+
+bool needsWindowShape() {
+    return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
+} // namespace look

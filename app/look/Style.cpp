@@ -1,0 +1,390 @@
+#include "Style.h"
+
+#include "Colours.h"
+#include "Field.h"
+#include "FocusRing.h"
+#include "Fonts.h"
+#include "Shapes.h"
+#include "StylePainting.h"
+#include "ToolTip.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QFrame>
+#include <QLabel>
+#include <QMenu>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyleOption>
+
+namespace look {
+
+namespace {
+
+// The border and padding of a menu together: rows start here.
+constexpr int menuInset = 5;
+constexpr int menuRadius = 8;
+constexpr int scrollGutter = 12;
+
+QRect scrollThumb(const QStyleOptionSlider& option) {
+    constexpr int inset = 3;
+    constexpr int shortest = 24;
+    const bool isVertical = option.orientation == Qt::Vertical;
+    const int groove = (isVertical ? option.rect.height() : option.rect.width()) - 2 * inset;
+    const qint64 range = qint64(option.maximum) - option.minimum;
+    if (range <= 0 || groove <= 0) {
+        return {};
+    }
+    const qreal visible = qreal(groove) * option.pageStep / qreal(range + option.pageStep);
+    const int length = qBound(qMin(shortest, groove), qRound(visible), groove);
+    const int offset = inset + QStyle::sliderPositionFromValue(option.minimum, option.maximum,
+                                                               option.sliderPosition,
+                                                               groove - length, option.upsideDown);
+    const QRect thumb = isVertical ? QRect(inset, offset, option.rect.width() - 2 * inset, length)
+                                   : QRect(offset, inset, length, option.rect.height() - 2 * inset);
+    return thumb.translated(option.rect.topLeft());
+}
+
+// The window behind a pop-up's entries has no public type.
+bool isPopUpWindow(const QWidget* widget) {
+    return widget && widget->inherits("QComboBoxPrivateContainer");
+}
+
+} // namespace
+
+QPalette Style::standardPalette() const {
+    QPalette palette;
+    const auto set = [&palette](QPalette::ColorRole role, QRgb colour) {
+        palette.setColor(QPalette::All, role, QColor(colour));
+    };
+    set(QPalette::Window, colours::window);
+    set(QPalette::WindowText, colours::label);
+    set(QPalette::Base, colours::well);
+    set(QPalette::AlternateBase, colours::well);
+    set(QPalette::Text, colours::labelOnWell);
+    set(QPalette::PlaceholderText, colours::tertiaryOnWell);
+    set(QPalette::Button, colours::push);
+    set(QPalette::ButtonText, colours::label);
+    set(QPalette::BrightText, colours::white);
+    set(QPalette::Light, colours::pushTop);
+    set(QPalette::Midlight, colours::pushHover);
+    set(QPalette::Mid, colours::border);
+    set(QPalette::Dark, colours::borderDisabled);
+    set(QPalette::Shadow, colours::well);
+    set(QPalette::Highlight, colours::selection);
+    set(QPalette::HighlightedText, colours::white);
+    set(QPalette::Link, colours::focusLine);
+    set(QPalette::LinkVisited, colours::focusLine);
+    set(QPalette::ToolTipBase, colours::toolTip);
+    set(QPalette::ToolTipText, colours::label);
+    palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(colours::selectionUnfocused));
+    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, QColor(colours::label));
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(colours::selectionDisabled));
+    for (const QPalette::ColorRole role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::PlaceholderText,
+          QPalette::HighlightedText}) {
+        palette.setColor(QPalette::Disabled, role, QColor(colours::disabledText));
+    }
+    return palette;
+}
+
+void Style::polish(QWidget* widget) {
+    QCommonStyle::polish(widget);
+    if (auto* label = qobject_cast<QLabel*>(widget)) {
+        // The one place where no label is left to guess whether a text is markup.
+        if (label->textFormat() == Qt::AutoText) {
+            label->setTextFormat(Qt::PlainText);
+        }
+    } else if (qobject_cast<QAbstractButton*>(widget) || qobject_cast<QComboBox*>(widget) ||
+               qobject_cast<QScrollBar*>(widget)) {
+        widget->setAttribute(Qt::WA_Hover);
+        // A scroll bar has no groove of its own: what it lies on shows through.
+        widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
+    } else if (qobject_cast<QMenu*>(widget) || isPopUpWindow(widget)) {
+        // Round corners; the mask keeps them where nothing blends windows.
+        widget->setAttribute(Qt::WA_TranslucentBackground);
+    } else if (widget->inherits("QComboBoxListView")) {
+        // The toolkit fills each entry's row with the window's colour.
+        static_cast<QAbstractScrollArea*>(widget)->viewport()->setAutoFillBackground(false);
+        QPalette palette = widget->palette();
+        palette.setColor(QPalette::Window, QColor(colours::panel));
+        widget->setPalette(palette);
+    }
+}
+
+void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                          const QWidget* widget) const {
+    switch (element) {
+    case PE_PanelLineEdit:
+    case PE_FrameLineEdit:
+        drawField(*painter, *option, widget);
+        return;
+    case PE_Frame:
+        if (isPopUpWindow(widget)) {
+            drawMenuPanel(*painter, option->rect);
+        } else {
+            drawWell(*painter, *option);
+        }
+        return;
+    case PE_PanelMenu:
+        // A pop-up's window asks for its frame as well.
+        if (!isPopUpWindow(widget)) {
+            drawMenuPanel(*painter, option->rect);
+        }
+        return;
+    case PE_PanelTipLabel:
+        drawBordered(*painter, option->rect, 6, colours::toolTip, colours::toolTipOutline);
+        return;
+    case PE_IndicatorCheckBox:
+        drawCheckBox(*painter, *option);
+        return;
+    case PE_FrameMenu: // part of the panel
+    case PE_FrameFocusRect:
+    case PE_FrameDefaultButton:
+    case PE_PanelItemViewRow:
+    case PE_PanelMenuBar:
+    case PE_PanelScrollAreaCorner:
+        return;
+    default:
+        QCommonStyle::drawPrimitive(element, option, painter, widget);
+    }
+}
+
+void Style::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                        const QWidget* widget) const {
+    switch (element) {
+    case CE_PushButton:
+        if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+            drawButton(*painter, *button, widget);
+        }
+        return;
+    case CE_CheckBoxLabel:
+        if (const auto* box = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+            drawCheckBoxTitle(*painter, *box);
+        }
+        return;
+    case CE_ComboBoxLabel:
+        return; // drawn with the control
+    case CE_MenuItem:
+        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+            drawMenuRow(*painter, *item);
+        }
+        return;
+    case CE_MenuBarItem:
+        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+            drawMenuBarItem(*painter, *item);
+        }
+        return;
+    case CE_MenuEmptyArea:
+    case CE_MenuHMargin:
+    case CE_MenuVMargin:
+    case CE_MenuTearoff:
+        return;
+    case CE_MenuBarEmptyArea:
+        painter->fillRect(option->rect, QColor(colours::window));
+        return;
+    default:
+        QCommonStyle::drawControl(element, option, painter, widget);
+    }
+}
+
+void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                               QPainter* painter, const QWidget* widget) const {
+    if (control == CC_ComboBox) {
+        if (const auto* comboBox = qstyleoption_cast<const QStyleOptionComboBox*>(option)) {
+            drawPopUp(*painter, *comboBox,
+                      subControlRect(CC_ComboBox, option, SC_ComboBoxEditField, widget),
+                      subControlRect(CC_ComboBox, option, SC_ComboBoxArrow, widget));
+        }
+        return;
+    }
+    if (control == CC_ScrollBar) {
+        if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option)) {
+            drawScrollThumb(*painter, *slider, scrollThumb(*slider));
+        }
+        return;
+    }
+    QCommonStyle::drawComplexControl(control, option, painter, widget);
+}
+
+int Style::pixelMetric(PixelMetric metric, const QStyleOption* option,
+                       const QWidget* widget) const {
+    switch (metric) {
+    case PM_DefaultFrameWidth:
+        return isPopUpWindow(widget) ? menuInset : 1;
+    case PM_ComboBoxFrameWidth:
+        return 0;
+    case PM_ScrollBarExtent:
+        return scrollGutter;
+    case PM_ScrollBarSliderMin:
+        return scrollGutter;
+    case PM_ScrollView_ScrollBarSpacing:
+    case PM_ScrollView_ScrollBarOverlap:
+    case PM_ButtonShiftHorizontal:
+    case PM_ButtonShiftVertical:
+    case PM_ButtonDefaultIndicator:
+    case PM_FocusFrameHMargin:
+    case PM_FocusFrameVMargin:
+    case PM_MenuBarPanelWidth:
+    case PM_MenuBarVMargin:
+    case PM_MenuBarHMargin:
+    case PM_MenuDesktopFrameWidth:
+        return 0;
+    case PM_MenuBarItemSpacing:
+        return 2;
+    case PM_MenuPanelWidth:
+        return 1;
+    case PM_MenuHMargin:
+    case PM_MenuVMargin:
+        // A pop-up's window has its inset from its frame.
+        return qobject_cast<const QMenu*>(widget) ? menuInset - 1 : 0;
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+        return 14;
+    case PM_CheckBoxLabelSpacing:
+        return 6;
+    case PM_TextCursorWidth:
+        // A field draws its own cursor: the toolkit's has no colour.
+        return qobject_cast<const Field*>(widget) ? 0 : 1;
+    default:
+        return QCommonStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                     QStyleHintReturn* returned) const {
+    switch (hint) {
+    case SH_ComboBox_Popup:
+    case SH_Menu_MouseTracking:
+    case SH_MenuBar_MouseTracking:
+    case SH_Menu_Scrollable:
+        return 1;
+    case SH_ComboBox_PopupFrameStyle:
+        return int(QFrame::StyledPanel) | int(QFrame::Plain);
+    case SH_Menu_Mask:
+        if (auto* mask = qstyleoption_cast<QStyleHintReturnMask*>(returned);
+            mask && needsWindowShape()) {
+            mask->region = roundedRegion(option->rect, menuRadius);
+            return 1;
+        }
+        return 0;
+    case SH_UnderlineShortcut:
+    case SH_EtchDisabledText:
+    case SH_DitherDisabledText:
+    case SH_ScrollView_FrameOnlyAroundContents:
+    case SH_ItemView_ActivateItemOnSingleClick:
+        return 0;
+    case SH_ToolTipLabel_Opacity:
+        return 255;
+    default:
+        return QCommonStyle::styleHint(hint, option, widget, returned);
+    }
+}
+
+QRect Style::subElementRect(SubElement element, const QStyleOption* option,
+                            const QWidget* widget) const {
+    switch (element) {
+    case SE_LineEditContents:
+        // The toolkit adds two pixels at either side, and two more where it aligns to the right;
+        // the text starts at 11.
+        return option->rect.adjusted(9, 1, option->direction == Qt::RightToLeft ? -7 : -9, -1);
+    case SE_CheckBoxIndicator: {
+        const QRect row = option->rect;
+        const QRect box(row.left(), row.top() + (row.height() - 14) / 2, 14, 14);
+        return visualRect(option->direction, row, box);
+    }
+    case SE_CheckBoxContents:
+        return visualRect(option->direction, option->rect, option->rect.adjusted(20, 0, 0, 0));
+    case SE_CheckBoxClickRect:
+        return option->rect;
+    case SE_PushButtonContents:
+    case SE_PushButtonFocusRect:
+        return option->rect;
+    default:
+        return QCommonStyle::subElementRect(element, option, widget);
+    }
+}
+
+QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                            SubControl subControl, const QWidget* widget) const {
+    const QRect whole = option->rect;
+    if (control == CC_ComboBox) {
+        switch (subControl) {
+        case SC_ComboBoxEditField:
+            return visualRect(option->direction, whole, whole.adjusted(11, 0, -(9 + 9 + 6), 0));
+        case SC_ComboBoxArrow: {
+            const QRect arrows(whole.right() + 1 - 9 - 9, whole.top() + (whole.height() - 14) / 2,
+                               9, 14);
+            return visualRect(option->direction, whole, arrows);
+        }
+        case SC_ComboBoxListBoxPopup:
+            // The current entry's row of 24, inset by the menu's padding, over the control of 28.
+            return whole.translated(0, (whole.height() - 24) / 2 - menuInset);
+        default:
+            return whole;
+        }
+    }
+    if (control == CC_ScrollBar) {
+        const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+        if (!slider) {
+            return {};
+        }
+        const QRect thumb = scrollThumb(*slider);
+        const bool isVertical = slider->orientation == Qt::Vertical;
+        QRect part = whole;
+        switch (subControl) {
+        case SC_ScrollBarGroove:
+            // What a dragged thumb moves along.
+            return isVertical ? whole.adjusted(0, 3, 0, -3) : whole.adjusted(3, 0, -3, 0);
+        case SC_ScrollBarSlider:
+            // The whole width of the gutter takes the pointer.
+            return isVertical ? QRect(whole.left(), thumb.top(), whole.width(), thumb.height())
+                              : QRect(thumb.left(), whole.top(), thumb.width(), whole.height());
+        case SC_ScrollBarSubPage:
+            isVertical ? part.setBottom(thumb.top() - 1) : part.setRight(thumb.left() - 1);
+            return part;
+        case SC_ScrollBarAddPage:
+            isVertical ? part.setTop(thumb.bottom() + 1) : part.setLeft(thumb.right() + 1);
+            return part;
+        default:
+            return {};
+        }
+    }
+    return QCommonStyle::subControlRect(control, option, subControl, widget);
+}
+
+QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                              const QWidget* widget) const {
+    switch (type) {
+    case CT_CheckBox:
+        return {contents.width() + 20, qMax(contents.height(), 14)};
+    case CT_PushButton:
+        return {contents.width() + 30, 32};
+    case CT_ComboBox:
+        // The toolkit also makes the menu as wide as this: its rows need more than the control,
+        // and the one pixel that its rounding may cut off.
+        return {contents.width() + 1 + 31 + 8 + menuInset, 28};
+    case CT_MenuItem:
+        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+            return menuRowSize(*item, contents);
+        }
+        return contents;
+    case CT_MenuBarItem:
+        return {contents.width() + 16, 24};
+    default:
+        return QCommonStyle::sizeFromContents(type, option, contents, widget);
+    }
+}
+
+void applyLook(QApplication& application) {
+    auto* style = new Style;
+    QApplication::setStyle(style);
+    QApplication::setPalette(style->standardPalette());
+    QApplication::setFont(font(13));
+    keepToolTipsPlain(application);
+    keepFocusRing(application);
+}
+
+} // namespace look

@@ -1,0 +1,246 @@
+#include "StylePainting.h"
+
+#include "Button.h"
+#include "Colours.h"
+#include "Field.h"
+#include "Fonts.h"
+#include "Glyphs.h"
+#include "LiteralText.h"
+#include "Shapes.h"
+
+#include <QPainter>
+#include <QStyleOption>
+
+#include <cmath>
+
+namespace look {
+
+namespace {
+
+constexpr Face pushFace{colours::push, colours::pushTop, colours::label};
+constexpr Face pushHoverFace{colours::pushHover, colours::pushHoverTop, colours::label};
+constexpr Face pushPressedFace{colours::pushPressed, colours::pushPressedTop, colours::label};
+constexpr Face pushDisabledFace{colours::pushDisabled, colours::pushDisabledTop,
+                                colours::disabledText};
+
+constexpr Face prominentFace{colours::prominent, colours::prominentTop, colours::white};
+constexpr Face prominentHoverFace{colours::prominentHover, colours::prominentHover, colours::white};
+constexpr Face prominentPressedFace{colours::prominentPressed, colours::prominentPressedTop,
+                                    colours::white};
+constexpr Face prominentDisabledFace{colours::prominentDisabled, colours::prominentDisabledTop,
+                                     colours::prominentDisabledText};
+
+Face pushFaceFor(QStyle::State state) {
+    if (!(state & QStyle::State_Enabled)) {
+        return pushDisabledFace;
+    }
+    if (state & (QStyle::State_Sunken | QStyle::State_On)) {
+        return pushPressedFace;
+    }
+    return state & QStyle::State_MouseOver ? pushHoverFace : pushFace;
+}
+
+Face prominentFaceFor(QStyle::State state) {
+    if (!(state & QStyle::State_Enabled)) {
+        return prominentDisabledFace;
+    }
+    if (!(state & QStyle::State_Active)) {
+        return pushFaceFor(state);
+    }
+    if (state & QStyle::State_Sunken) {
+        return prominentPressedFace;
+    }
+    return state & QStyle::State_MouseOver ? prominentHoverFace : prominentFace;
+}
+
+Qt::Alignment leading(Qt::LayoutDirection direction) {
+    return direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
+}
+
+Qt::Alignment trailing(Qt::LayoutDirection direction) {
+    return direction == Qt::RightToLeft ? Qt::AlignLeft : Qt::AlignRight;
+}
+
+// The reverse of literal(), for texts that the toolkit hands on; a mnemonic's sign goes.
+QString withoutMnemonic(const QString& text) {
+    QString shown;
+    shown.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text.at(i) == u'&') {
+            ++i;
+            if (i == text.size()) {
+                break;
+            }
+        }
+        shown += text.at(i);
+    }
+    return shown;
+}
+
+} // namespace
+
+void drawButton(QPainter& painter, const QStyleOptionButton& option, const QWidget* widget) {
+    constexpr int glyphSide = 16;
+    constexpr int glyphGap = 6;
+    const auto* button = qobject_cast<const Button*>(widget);
+    const bool isSmall = button && button->kind() == ButtonKind::Small;
+    const bool isProminent = button && button->kind() == ButtonKind::Prominent;
+    const Face face = isProminent ? prominentFaceFor(option.state) : pushFaceFor(option.state);
+    drawRaised(painter, option.rect, isSmall ? 6 : 7, face);
+
+    const QFont font = widget ? widget->font() : painter.font();
+    const Line title = button ? button->shownTitle()
+                              : fitLine(withoutMnemonic(option.text), font, option.rect.width());
+    QRect text = option.rect;
+    if (button && button->glyph() == ButtonGlyph::Magnifier) {
+        const int titleWidth = int(std::ceil(title.width));
+        const int both = glyphSide + glyphGap + titleWidth;
+        const QRect glyph(option.rect.left() + (option.rect.width() - both) / 2,
+                          option.rect.top() + (option.rect.height() - glyphSide) / 2, glyphSide,
+                          glyphSide);
+        drawMagnifier(painter, QStyle::visualRect(option.direction, option.rect, glyph).topLeft(),
+                      face.text);
+        text = QRect(glyph.right() + 1 + glyphGap, text.top(), titleWidth, text.height());
+        text = QStyle::visualRect(option.direction, option.rect, text);
+    }
+    drawLine(painter, text, title, font, face.text, Qt::AlignHCenter, option.direction);
+}
+
+void drawPopUp(QPainter& painter, const QStyleOptionComboBox& option, const QRect& text,
+               const QRect& chevrons) {
+    const Face face = pushFaceFor(option.state);
+    drawRaised(painter, option.rect, 7, face);
+    drawChevrons(painter, chevrons.topLeft(), face.text);
+    const QFont font = painter.font();
+    drawLine(painter, text, fitLine(option.currentText, font, text.width()), font, face.text,
+             leading(option.direction), option.direction);
+}
+
+void drawField(QPainter& painter, const QStyleOption& option, const QWidget* widget) {
+    const auto* field = qobject_cast<const Field*>(widget);
+    const int radius = field ? field->cornerRadius() : 6;
+    QRgb fill = colours::well;
+    QRgb line = colours::border;
+    if (!(option.state & QStyle::State_Enabled)) {
+        fill = colours::fieldDisabled;
+        line = colours::borderDisabled;
+    } else {
+        if (option.state & QStyle::State_ReadOnly) {
+            fill = colours::fieldReadOnly;
+            line = colours::borderReadOnly;
+        }
+        if (option.state & QStyle::State_HasFocus && option.state & QStyle::State_Active) {
+            line = colours::focusLine;
+        }
+    }
+    drawBordered(painter, option.rect, radius, fill, line);
+}
+
+void drawWell(QPainter& painter, const QStyleOption& option) {
+    const bool isEnabled = option.state & QStyle::State_Enabled;
+    drawBordered(painter, option.rect, 7, colours::well,
+                 isEnabled ? colours::border : colours::borderDisabled);
+}
+
+void drawCheckBox(QPainter& painter, const QStyleOption& option) {
+    const bool isEnabled = option.state & QStyle::State_Enabled;
+    const bool isOn = option.state & QStyle::State_On;
+    const QRect box = option.rect;
+    if (!isEnabled) {
+        drawBordered(painter, box, 3.5, colours::pillDisabled, colours::checkBoxDisabledLine);
+    } else if (isOn) {
+        drawBordered(painter, box, 3.5, colours::prominent, colours::prominentTop);
+    } else {
+        drawBordered(painter, box, 3.5, colours::push, colours::pushTop);
+    }
+    if (isOn) {
+        drawBoxTick(painter, box.topLeft(), isEnabled ? colours::white : colours::pillDisabledText);
+    }
+}
+
+void drawCheckBoxTitle(QPainter& painter, const QStyleOptionButton& option) {
+    const QFont font = painter.font();
+    const QRgb colour =
+        option.state & QStyle::State_Enabled ? colours::label : colours::disabledText;
+    const QString title = withoutMnemonic(option.text);
+    drawLine(painter, option.rect, fitLine(title, font, option.rect.width()), font, colour,
+             leading(option.direction), option.direction);
+}
+
+void drawScrollThumb(QPainter& painter, const QStyleOptionSlider& option, const QRect& thumb) {
+    if (thumb.isEmpty()) {
+        return;
+    }
+    QRgb fill = colours::thumb;
+    if (!(option.state & QStyle::State_Enabled)) {
+        fill = colours::thumbDisabled;
+    } else if (option.state & (QStyle::State_MouseOver | QStyle::State_Sunken) &&
+               option.activeSubControls & QStyle::SC_ScrollBarSlider) {
+        fill = colours::thumbHover;
+    }
+    fillRounded(painter, thumb, qMin(thumb.width(), thumb.height()) / 2.0, fill);
+}
+
+void drawMenuPanel(QPainter& painter, const QRect& rectangle) {
+    drawBordered(painter, rectangle, 8, colours::panel, colours::panelOutline);
+}
+
+void drawMenuRow(QPainter& painter, const QStyleOptionMenuItem& option) {
+    // Rows start 5 from the menu's edge; tick and text stand at 13 and 31 from it.
+    constexpr int tickAt = 13 - 5;
+    constexpr int textAt = 31 - 5;
+    const QRect row = option.rect;
+    if (option.menuItemType == QStyleOptionMenuItem::Separator) {
+        painter.fillRect(QRect(row.left() + 4, row.center().y(), row.width() - 8, 1),
+                         QColor(colours::panelOutline));
+        return;
+    }
+    const bool isEnabled = option.state & QStyle::State_Enabled;
+    QRgb colour = isEnabled ? colours::label : colours::disabledText;
+    if (isEnabled && option.state & QStyle::State_Selected) {
+        fillRounded(painter, row, 5, colours::selection);
+        colour = colours::white;
+    }
+    if (option.checkType != QStyleOptionMenuItem::NotCheckable && option.checked) {
+        const QRect tick(row.left() + tickAt, row.top(), 12, row.height());
+        drawMenuTick(painter, QStyle::visualRect(option.direction, row, tick).topLeft(), colour);
+    }
+    const QFont font = option.font;
+    const qsizetype tab = option.text.indexOf(u'\t');
+    const QString title = withoutMnemonic(tab < 0 ? option.text : option.text.left(tab));
+    QRect text(row.left() + textAt, row.top(), row.width() - textAt - 8, row.height());
+    text = QStyle::visualRect(option.direction, row, text);
+    drawLine(painter, text, fitLine(title, font, text.width()), font, colour,
+             leading(option.direction), option.direction);
+    if (tab >= 0) {
+        drawLine(painter, text, fitLine(option.text.mid(tab + 1), font, text.width()), font,
+                 colour == colours::white ? colours::white : colours::secondary,
+                 trailing(option.direction), option.direction);
+    }
+}
+
+QSize menuRowSize(const QStyleOptionMenuItem& option, const QSize& contents) {
+    if (option.menuItemType == QStyleOptionMenuItem::Separator) {
+        return {contents.width(), 9};
+    }
+    int width = contents.width() + 26 + 8;
+    if (option.text.contains(u'\t')) {
+        width += 24;
+    }
+    return {width, 24};
+}
+
+void drawMenuBarItem(QPainter& painter, const QStyleOptionMenuItem& option) {
+    painter.fillRect(option.rect, QColor(colours::window));
+    const bool isEnabled = option.state & QStyle::State_Enabled;
+    if (isEnabled && option.state & QStyle::State_Selected) {
+        fillRounded(painter, option.rect.adjusted(0, 2, 0, -2), 5,
+                    option.state & QStyle::State_Sunken ? colours::pushPressed : colours::push);
+    }
+    drawLine(painter, option.rect,
+             fitLine(withoutMnemonic(option.text), painter.font(), option.rect.width()),
+             painter.font(), isEnabled ? colours::label : colours::disabledText, Qt::AlignHCenter,
+             option.direction);
+}
+
+} // namespace look

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QRgb>
+
+class QPainter;
+class QRect;
+class QSize;
+class QStyleOption;
+class QStyleOptionButton;
+class QStyleOptionComboBox;
+class QStyleOptionMenuItem;
+class QStyleOptionSlider;
+class QWidget;
+
+// How the style draws each control: from the toolkit's description of it to pixels. Coordinates are
+// the option's.
+namespace look {
+
+void drawButton(QPainter& painter, const QStyleOptionButton& option, const QWidget* widget);
+void drawPopUp(QPainter& painter, const QStyleOptionComboBox& option, const QRect& text,
+               const QRect& chevrons);
+void drawField(QPainter& painter, const QStyleOption& option, const QWidget* widget);
+// The well of a list and its border.
+void drawWell(QPainter& painter, const QStyleOption& option);
+void drawCheckBox(QPainter& painter, const QStyleOption& option);
+void drawCheckBoxTitle(QPainter& painter, const QStyleOptionButton& option);
+void drawScrollThumb(QPainter& painter, const QStyleOptionSlider& option, const QRect& thumb);
+
+void drawMenuPanel(QPainter& painter, const QRect& rectangle);
+void drawMenuRow(QPainter& painter, const QStyleOptionMenuItem& option);
+QSize menuRowSize(const QStyleOptionMenuItem& option, const QSize& contents);
+void drawMenuBarItem(QPainter& painter, const QStyleOptionMenuItem& option);
+
+} // namespace look

@@ -1,0 +1,368 @@
+// The controls that the style draws: sizes, and the colour of every state.
+
+#include "Button.h"
+#include "Colours.h"
+#include "Field.h"
+#include "Fonts.h"
+#include "LiteralText.h"
+#include "LookTest.h"
+#include "PopUp.h"
+#include "Spinner.h"
+#include "ToolTip.h"
+
+#include <QAbstractItemView>
+#include <QAccessible>
+#include <QCheckBox>
+#include <QHelpEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QWheelEvent>
+
+namespace {
+
+using look::Button;
+using look::ButtonKind;
+
+class ControlsTest : public LookTest {
+protected:
+    // Where the pointer touches nothing.
+    void leave() { QTest::mouseMove(&window, QPoint(790, 590)); }
+
+    static bool showsToolTip(QWidget& widget) {
+        look::hideToolTip();
+        QHelpEvent help(QEvent::ToolTip, QPoint(5, 5), widget.mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(&widget, &help);
+        return look::shownToolTip();
+    }
+};
+
+struct FaceRow {
+    QRgb fill;
+    QRgb top;
+};
+
+void expectFace(QWidget& control, const FaceRow& face, const char* state) {
+    const QImage image = control.grab().toImage();
+    EXPECT_EQ(image.pixel(10, control.height() - 3), face.fill) << state;
+    EXPECT_EQ(image.pixel(control.width() / 2, 0), face.top) << state;
+    EXPECT_EQ(image.pixel(control.width() / 2, control.height() - 1), face.fill) << state;
+}
+
+TEST_F(ControlsTest, buttons_have_the_colours_of_their_states) {
+    using namespace look::colours;
+    const struct {
+        ButtonKind kind;
+        FaceRow normal;
+        FaceRow hover;
+        FaceRow pressed;
+        FaceRow disabled;
+        FaceRow inactive;
+    } rows[] = {
+        {ButtonKind::Push,
+         {push, pushTop},
+         {pushHover, pushHoverTop},
+         {pushPressed, pushPressedTop},
+         {pushDisabled, pushDisabledTop},
+         {push, pushTop}},
+        {ButtonKind::Small,
+         {push, pushTop},
+         {pushHover, pushHoverTop},
+         {pushPressed, pushPressedTop},
+         {pushDisabled, pushDisabledTop},
+         {push, pushTop}},
+        {ButtonKind::Prominent,
+         {prominent, prominentTop},
+         {prominentHover, prominentHover},
+         {prominentPressed, prominentPressedTop},
+         {prominentDisabled, prominentDisabledTop},
+         {push, pushTop}},
+    };
+    for (const auto& row : rows) {
+        auto* button = new Button(row.kind, QStringLiteral("Route berechnen"), &window);
+        button->resize(button->sizeHint());
+        button->move(20, 20);
+        show();
+        button->show();
+        leave();
+        expectFace(*button, row.normal, "normal");
+        QTest::mouseMove(button);
+        expectFace(*button, row.hover, "hover");
+        QTest::mousePress(button, Qt::LeftButton);
+        expectFace(*button, row.pressed, "pressed");
+        QTest::mouseRelease(button, Qt::LeftButton);
+        leave();
+        button->setEnabled(false);
+        expectFace(*button, row.disabled, "disabled");
+        button->setEnabled(true);
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+        expectFace(*button, row.inactive, "inactive");
+        delete button;
+    }
+}
+
+TEST_F(ControlsTest, buttons_have_their_sizes) {
+    const auto width = [](const QFont& font, const char* text) {
+        return int(std::ceil(QFontMetricsF(font).horizontalAdvance(QLatin1String(text))));
+    };
+    const QFont medium = look::font(13, QFont::Medium);
+    EXPECT_EQ(Button(ButtonKind::Push, QStringLiteral("Sprache")).sizeHint(),
+              QSize(width(medium, "Sprache") + 30, 32));
+    EXPECT_EQ(Button(ButtonKind::Prominent, QStringLiteral("Ort")).sizeHint(), QSize(148, 32));
+    EXPECT_EQ(Button(ButtonKind::Prominent, QStringLiteral("Unterwegs zur Route")).sizeHint(),
+              QSize(width(medium, "Unterwegs zur Route") + 38, 32));
+    EXPECT_EQ(Button(ButtonKind::Small, QStringLiteral("Station")).sizeHint(),
+              QSize(width(look::font(11, QFont::Medium), "Station") + 22, 24));
+}
+
+TEST_F(ControlsTest, button_title_is_literal_on_screen_and_spoken) {
+    const QString title = QStringLiteral("Suchen & <b>Finden</b>");
+    auto* button = new Button(ButtonKind::Push, title, &window);
+    show();
+    const int width = QFontMetrics(button->font()).horizontalAdvance(title);
+    EXPECT_NEAR(button->sizeHint().width(), width + 30, 1);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(button)->text(QAccessible::Name), title);
+    bool isClicked = false;
+    QObject::connect(button, &QPushButton::clicked, button, [&] { isClicked = true; });
+    QTest::keyClick(&window, Qt::Key_Space, Qt::AltModifier);
+    EXPECT_FALSE(isClicked);
+}
+
+TEST_F(ControlsTest, title_that_outgrows_a_fixed_width_is_elided_and_is_the_tooltip) {
+    auto* button = new Button(ButtonKind::Push, QStringLiteral("Suchen"), &window);
+    button->setGlyph(look::ButtonGlyph::Magnifier);
+    button->setFixedWidth(108);
+    show();
+    EXPECT_FALSE(button->isElided());
+    EXPECT_FALSE(showsToolTip(*button));
+    button->setTitle(QStringLiteral("Durchsuchen der ganzen Welt"));
+    EXPECT_EQ(button->width(), 108);
+    EXPECT_TRUE(button->isElided());
+    ASSERT_TRUE(showsToolTip(*button));
+    EXPECT_EQ(look::shownToolTip()->accessibleName(), button->title());
+    EXPECT_TRUE(QRect(4, 0, 100, 32).contains(ink(picture(*button), QRect(4, 4, 100, 24))));
+}
+
+TEST_F(ControlsTest, magnifier_stands_before_the_title_in_its_colour) {
+    auto* button = new Button(ButtonKind::Push, QStringLiteral("████"), &window);
+    button->setGlyph(look::ButtonGlyph::Magnifier);
+    button->resize(button->sizeHint());
+    show();
+    leave();
+    const auto strokeLeft = [&](QRgb colour) {
+        const QImage image = picture(*button);
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, 15) == colour) {
+                return x;
+            }
+        }
+        return -1;
+    };
+    EXPECT_NEAR(strokeLeft(look::colours::label), 15 + 2, 1);
+    button->setEnabled(false);
+    EXPECT_NEAR(strokeLeft(look::colours::disabledText), 15 + 2, 1);
+    button->setEnabled(true);
+    button->setLayoutDirection(Qt::RightToLeft);
+    EXPECT_EQ(strokeLeft(look::colours::label), 15) << "the title comes first from the left";
+}
+
+TEST_F(ControlsTest, pop_ups_have_the_colours_of_their_states) {
+    using namespace look::colours;
+    auto* popUp = new look::PopUp(102, &window);
+    popUp->addItems({QStringLiteral("400 m"), QStringLiteral("800 m")});
+    popUp->move(200, 200);
+    show();
+    leave();
+    EXPECT_EQ(popUp->size(), QSize(102, 28));
+    expectFace(*popUp, {push, pushTop}, "normal");
+    QTest::mouseMove(popUp);
+    expectFace(*popUp, {pushHover, pushHoverTop}, "hover");
+    popUp->showPopup();
+    expectFace(*popUp, {pushPressed, pushPressedTop}, "open");
+    popUp->hidePopup();
+    leave();
+    popUp->setEnabled(false);
+    expectFace(*popUp, {pushDisabled, pushDisabledTop}, "disabled");
+}
+
+TEST_F(ControlsTest, menu_of_a_pop_up_lies_over_it_in_rows_of_24) {
+    auto* popUp = new look::PopUp(218, &window);
+    popUp->addItems({QStringLiteral("A & B"), QStringLiteral("<b>C</b>"), QStringLiteral("D")});
+    popUp->setCurrentIndex(1);
+    popUp->move(200, 200);
+    show();
+    popUp->showPopup();
+    QWidget* menu = popUp->view()->window();
+    EXPECT_EQ(menu->size(), QSize(218, 3 * 24 + 10));
+    QImage image(menu->size(), QImage::Format_RGB32);
+    image.fill(look::colours::window);
+    QPainter painter(&image);
+    menu->render(&painter, QPoint(), QRegion(), QWidget::DrawChildren);
+    painter.end();
+    EXPECT_EQ(image.pixel(0, 0), look::colours::window);
+    EXPECT_EQ(image.pixel(100, 0), look::colours::panelOutline);
+    EXPECT_EQ(image.pixel(100, 3), look::colours::panel);
+    EXPECT_EQ(image.pixel(100, 5 + 24 + 2), look::colours::selection);
+    EXPECT_EQ(image.pixel(4, 5 + 36), look::colours::panel);
+    EXPECT_EQ(image.pixel(5, 5 + 36), look::colours::selection);
+    EXPECT_NEAR(ink(image, QRect(8, 8, 200, 16)).left(), 31, 2) << "text of an unchosen row";
+    EXPECT_NEAR(ink(image, QRect(8, 33, 200, 16)).left(), 13 + 2, 2) << "tick of the chosen row";
+    popUp->hidePopup();
+}
+
+TEST_F(ControlsTest, menu_grows_with_its_longest_entry) {
+    auto* popUp = new look::PopUp(102, &window);
+    popUp->addItem(QStringLiteral("ein ziemlich langer Eintrag"));
+    show();
+    popUp->showPopup();
+    const int text = QFontMetrics(popUp->font()).horizontalAdvance(popUp->itemText(0));
+    EXPECT_GE(popUp->view()->window()->width(), text + 31 + 5);
+    popUp->hidePopup();
+}
+
+TEST_F(ControlsTest, pop_up_elides_its_entry_and_ignores_the_wheel) {
+    auto* popUp = new look::PopUp(102, &window);
+    popUp->addItems({QStringLiteral("ein ziemlich langer Eintrag"), QStringLiteral("kurz")});
+    show();
+    EXPECT_TRUE(popUp->isElided());
+    ASSERT_TRUE(showsToolTip(*popUp));
+    EXPECT_EQ(look::shownToolTip()->accessibleName(), popUp->currentText());
+    QWheelEvent wheel(QPointF(5, 5), popUp->mapToGlobal(QPointF(5, 5)), QPoint(0, -120),
+                      QPoint(0, -120), Qt::NoButton, {}, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(popUp, &wheel);
+    EXPECT_EQ(popUp->currentIndex(), 0);
+    popUp->setFocus();
+    QTest::keyClick(popUp, Qt::Key_Down);
+    EXPECT_EQ(popUp->currentIndex(), 1);
+    EXPECT_FALSE(showsToolTip(*popUp));
+}
+
+TEST_F(ControlsTest, fields_have_the_colours_of_their_states) {
+    using namespace look::colours;
+    const struct {
+        look::FieldKind kind;
+        int height;
+    } kinds[] = {{look::FieldKind::Search, 34},
+                 {look::FieldKind::Service, 24},
+                 {look::FieldKind::Routing, 26}};
+    show();
+    for (const auto& kind : kinds) {
+        look::Field field(kind.kind, &window);
+        field.setText(QStringLiteral("████████"));
+        field.resize(200, 30);
+        field.show();
+        EXPECT_EQ(field.height(), kind.height);
+        const int middle = kind.height / 2;
+        const auto expect = [&](QRgb fill, QRgb line, QRgb text) {
+            const QImage image = picture(field);
+            EXPECT_EQ(image.pixel(150, middle), fill);
+            EXPECT_EQ(image.pixel(150, 0), line);
+            EXPECT_EQ(image.pixel(30, middle), text);
+        };
+        expect(well, border, labelOnWell);
+        field.setReadOnly(true);
+        expect(fieldReadOnly, borderReadOnly, secondary);
+        field.setEnabled(false);
+        expect(fieldDisabled, borderDisabled, disabledText);
+        field.setReadOnly(false);
+        field.setEnabled(true);
+        field.setFocus();
+        expect(well, focusLine, labelOnWell);
+    }
+}
+
+TEST_F(ControlsTest, field_shows_a_blue_cursor_where_the_text_goes_on) {
+    auto* field = new look::Field(look::FieldKind::Search, &window);
+    field->resize(200, 34);
+    show();
+    field->setFocus();
+    const auto cursorAt = [&] {
+        const QImage image = picture(*field);
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, 17) == look::colours::textCursor) {
+                return x;
+            }
+        }
+        return -1;
+    };
+    EXPECT_EQ(cursorAt(), 11);
+    QTest::keyClicks(field, QStringLiteral("Berlin"));
+    const int after = 11 + QFontMetrics(field->font()).horizontalAdvance(QStringLiteral("Berlin"));
+    EXPECT_NEAR(cursorAt(), after, 1);
+    QTest::keyClick(field, Qt::Key_Home);
+    EXPECT_EQ(cursorAt(), 11);
+    field->clearFocus();
+    EXPECT_EQ(cursorAt(), -1);
+}
+
+TEST_F(ControlsTest, field_text_lies_at_the_leading_edge_in_its_own_order) {
+    auto* field = new look::Field(look::FieldKind::Service, &window);
+    field->resize(300, 24);
+    show();
+    const QRect inside(4, 4, 292, 16);
+    for (const char16_t* text : {u"https://a.de/", u"برلين"}) {
+        field->setText(QString::fromUtf16(text));
+        field->setLayoutDirection(Qt::LeftToRight);
+        EXPECT_NEAR(ink(picture(*field), inside).left(), 11, 2);
+        field->setLayoutDirection(Qt::RightToLeft);
+        EXPECT_NEAR(ink(picture(*field), inside).right(), 300 - 11, 2);
+    }
+}
+
+TEST_F(ControlsTest, placeholder_has_its_colours) {
+    auto* field = new look::Field(look::FieldKind::Search, &window);
+    field->setPlaceholderText(QStringLiteral("████████"));
+    field->resize(200, 34);
+    show();
+    EXPECT_EQ(colourAt(*field, QPoint(40, 17)), look::colours::tertiaryOnWell);
+    field->setEnabled(false);
+    EXPECT_EQ(colourAt(*field, QPoint(40, 17)), look::colours::disabledText);
+}
+
+TEST_F(ControlsTest, check_box_has_the_colours_of_its_states) {
+    using namespace look::colours;
+    auto* box = new QCheckBox(QStringLiteral("████████"), &window);
+    box->setFont(look::font(12));
+    box->setChecked(true);
+    box->resize(box->sizeHint().width(), 16);
+    show();
+    const auto expect = [&](QRgb fill, QRgb line, QRgb text) {
+        const QImage image = picture(*box);
+        EXPECT_EQ(image.pixel(7, 3), fill);
+        EXPECT_EQ(image.pixel(7, 1), line);
+        EXPECT_EQ(image.pixel(30, 8), text);
+    };
+    expect(prominent, prominentTop, label);
+    box->setEnabled(false);
+    expect(pillDisabled, checkBoxDisabledLine, disabledText);
+    EXPECT_NEAR(ink(picture(*box), QRect(16, 0, box->width() - 16, 16)).left(), 20, 1);
+}
+
+TEST_F(ControlsTest, menu_shows_a_doubled_ampersand_once) {
+    const QString shown = QStringLiteral("Orte &&&& Routen");
+    QMenu menu;
+    menu.addAction(look::literal(shown));
+    show();
+    menu.popup(QPoint(10, 10));
+    const int text = QFontMetrics(menu.font()).horizontalAdvance(shown);
+    EXPECT_NEAR(ink(picture(menu), QRect(8, 8, menu.width() - 16, 16)).width(), text, 3);
+    menu.close();
+}
+
+TEST_F(ControlsTest, spinner_turns_only_while_it_is_told_to) {
+    auto* spinner = new look::Spinner(&window);
+    show();
+    EXPECT_FALSE(spinner->isVisible());
+    spinner->setTurning(true);
+    EXPECT_TRUE(spinner->isVisible());
+    EXPECT_EQ(spinner->size(), QSize(16, 16));
+    const QImage first = picture(*spinner);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return picture(*spinner) != first; }));
+    spinner->setTurning(false);
+    EXPECT_FALSE(spinner->isVisible());
+    EXPECT_FALSE(spinner->isTurning());
+}
+
+} // namespace

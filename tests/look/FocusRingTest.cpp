@@ -1,0 +1,178 @@
+#include "FocusRing.h"
+
+#include "Button.h"
+#include "Colours.h"
+#include "Field.h"
+#include "LookTest.h"
+#include "PlaceList.h"
+#include "PopUp.h"
+#include "Segments.h"
+
+#include <QStandardItemModel>
+
+#include <memory>
+
+namespace {
+
+class FocusRingTest : public LookTest {
+protected:
+    FocusRingTest()
+        : field(new look::Field(look::FieldKind::Search, &window)),
+          button(new look::Button(look::ButtonKind::Push, QStringLiteral("Suchen"), &window)),
+          popUp(new look::PopUp(102, &window)),
+          segments(new look::Segments(look::SegmentsKind::Travel,
+                                      {QStringLiteral("Auto"), QStringLiteral("Zug")}, &window)),
+          list(new look::PlaceList(&window)) {
+        field->setGeometry(20, 20, 200, 34);
+        button->setGeometry(20, 80, 100, 32);
+        popUp->move(20, 140);
+        popUp->addItems({QStringLiteral("400 m"), QStringLiteral("800 m")});
+        segments->adjustSize();
+        segments->move(20, 200);
+        segments->setSelectedSegment(0);
+        list->setGeometry(20, 260, 300, 200);
+        model.appendRow(new QStandardItem(QStringLiteral("Berlin")));
+        list->setModel(&model);
+    }
+
+    QRgb colourOutside(const QWidget& control, int distance) {
+        const QPoint middle = control.geometry().center();
+        return colourAt(window, QPoint(middle.x(), control.geometry().top() - distance));
+    }
+
+    QStandardItemModel model;
+    look::Field* field;
+    look::Button* button;
+    look::PopUp* popUp;
+    look::Segments* segments;
+    look::PlaceList* list;
+};
+
+TEST_F(FocusRingTest, tab_goes_around_with_the_ring) {
+    show();
+    field->setFocus();
+    for (QWidget* next : std::initializer_list<QWidget*>{button, popUp, segments, list, field}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(look::ringedControl(), next) << next->metaObject()->className();
+        EXPECT_EQ(colourOutside(*next, 1), look::colours::focusRing);
+        EXPECT_EQ(colourOutside(*next, 3), look::colours::focusRing);
+        EXPECT_EQ(colourOutside(*next, 4), look::colours::window);
+    }
+}
+
+TEST_F(FocusRingTest, mouse_brings_the_ring_to_fields_alone) {
+    show();
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_TRUE(button->hasFocus());
+    EXPECT_FALSE(look::ringedControl());
+    QTest::mouseClick(segments->findChild<QAbstractButton*>(), Qt::LeftButton);
+    EXPECT_FALSE(look::ringedControl());
+    QTest::mouseClick(field, Qt::LeftButton);
+    EXPECT_EQ(look::ringedControl(), field);
+}
+
+TEST_F(FocusRingTest, button_disabled_under_the_mouse_gives_no_ring_to_the_next) {
+    QObject::connect(button, &QPushButton::clicked, button, [this] { button->setEnabled(false); });
+    show();
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_FALSE(button->hasFocus());
+    EXPECT_EQ(QApplication::focusWidget(), popUp);
+    EXPECT_FALSE(look::ringedControl());
+}
+
+TEST_F(FocusRingTest, list_wears_it_only_while_nothing_is_selected) {
+    show();
+    list->setFocus();
+    EXPECT_EQ(look::ringedControl(), list);
+    list->setCurrentIndex(model.index(0, 0));
+    EXPECT_FALSE(look::ringedControl());
+    list->clearSelection();
+    EXPECT_EQ(look::ringedControl(), list);
+    list->setCurrentIndex(model.index(0, 0));
+    model.clear();
+    EXPECT_EQ(look::ringedControl(), list);
+}
+
+TEST_F(FocusRingTest, window_that_is_not_active_shows_none) {
+    show();
+    field->setFocus();
+    ASSERT_EQ(look::ringedControl(), field);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_FALSE(look::ringedControl());
+    EXPECT_EQ(colourOutside(*field, 1), look::colours::window);
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    EXPECT_EQ(look::ringedControl(), field);
+}
+
+TEST_F(FocusRingTest, keyboard_focus_comes_back_with_the_window) {
+    show();
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_Tab);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    EXPECT_EQ(look::ringedControl(), button);
+}
+
+TEST_F(FocusRingTest, follows_its_control_and_the_containers_around_it) {
+    auto* pane = new QWidget(&window);
+    pane->setGeometry(400, 100, 300, 300);
+    auto* inner = new look::Field(look::FieldKind::Routing, pane);
+    inner->setGeometry(0, 0, 100, 26);
+    show();
+    inner->setFocus();
+    pane->move(450, 150);
+    QTest::qWait(0);
+    EXPECT_EQ(colourAt(window, QPoint(448, 163)), look::colours::focusRing);
+    EXPECT_EQ(colourAt(window, QPoint(398, 113)), look::colours::window);
+    inner->resize(150, 26);
+    EXPECT_EQ(colourAt(window, QPoint(600, 163)), look::colours::focusRing);
+    pane->hide();
+    EXPECT_NE(look::ringedControl(), inner);
+    EXPECT_EQ(colourAt(window, QPoint(600, 163)), look::colours::window);
+}
+
+TEST_F(FocusRingTest, stays_around_the_pop_up_while_its_menu_is_open) {
+    show();
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_Tab);
+    QTest::keyClick(button, Qt::Key_Tab);
+    popUp->showPopup();
+    EXPECT_EQ(look::ringedControl(), popUp);
+    popUp->hidePopup();
+    EXPECT_EQ(look::ringedControl(), popUp);
+}
+
+TEST_F(FocusRingTest, outlives_the_window_it_lay_in) {
+    show();
+    auto other = std::make_unique<QWidget>();
+    auto* inner = new look::Field(look::FieldKind::Search, other.get());
+    other->show();
+    other->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(other.get()));
+    inner->setFocus();
+    ASSERT_EQ(look::ringedControl(), inner);
+    other.reset();
+    EXPECT_FALSE(look::ringedControl());
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    field->setFocus();
+    EXPECT_EQ(look::ringedControl(), field);
+}
+
+TEST_F(FocusRingTest, field_takes_the_inner_line_as_its_border) {
+    show();
+    field->setFocus();
+    EXPECT_EQ(colourAt(*field, QPoint(100, 0)), look::colours::focusLine);
+    button->setFocus();
+    EXPECT_EQ(colourAt(*field, QPoint(100, 0)), look::colours::border);
+}
+
+} // namespace

@@ -1,0 +1,177 @@
+#include "Label.h"
+
+#include "Colours.h"
+#include "Fonts.h"
+#include "LookTest.h"
+#include "ToolTip.h"
+
+#include <QAccessible>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QScopedPointer>
+
+namespace {
+
+using look::Label;
+
+QString hundredKilobytes() {
+    return QStringLiteral("Straße <b>ﬁ</b> العربية ").repeated(5000).left(100 * 1024);
+}
+
+class LabelTest : public LookTest {
+protected:
+    Label* make(const QString& text, int lines = 1) {
+        auto* label = new Label(12, look::colours::secondary, &window);
+        label->setMaximumLines(lines);
+        label->setText(text);
+        label->resize(200, lines * 15);
+        return label;
+    }
+
+    static bool showsToolTip(QWidget& widget) {
+        look::hideToolTip();
+        QHelpEvent help(QEvent::ToolTip, QPoint(5, 5), widget.mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(&widget, &help);
+        return look::shownToolTip();
+    }
+};
+
+TEST_F(LabelTest, markup_is_shown_as_it_is_written) {
+    const QFontMetrics metrics(look::font(12));
+    for (const char* text :
+         {"<b>fett</b>", "&lt;", "<img src=\"/etc/passwd\">", "a & b", "&amp;"}) {
+        const QString written = QString::fromLatin1(text);
+        for (const int lines : {1, 3}) {
+            const Label* label = make(written, lines);
+            EXPECT_NEAR(label->sizeHint().width(), metrics.horizontalAdvance(written), 1) << text;
+        }
+    }
+}
+
+TEST_F(LabelTest, every_label_of_the_toolkit_becomes_a_plain_one) {
+    QMessageBox box(&window);
+    box.setText(QStringLiteral("<b>x</b>"));
+    box.setInformativeText(QStringLiteral("<b>y</b>"));
+    auto* label = new QLabel(QStringLiteral("<b>z</b>"), &window);
+    show();
+    box.show();
+    EXPECT_EQ(label->textFormat(), Qt::PlainText);
+    const auto labels = box.findChildren<QLabel*>();
+    ASSERT_GE(labels.size(), 2);
+    for (const QLabel* part : labels) {
+        EXPECT_EQ(part->textFormat(), Qt::PlainText) << part->objectName().toStdString();
+    }
+}
+
+TEST_F(LabelTest, ampersand_stays_with_and_without_a_buddy) {
+    auto* first = new QLineEdit(&window);
+    auto* field = new QLineEdit(&window);
+    Label* label = make(QStringLiteral("Ort & Land"));
+    label->setBuddy(field);
+    show();
+    first->setFocus();
+    EXPECT_EQ(label->text(), QStringLiteral("Ort & Land"));
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(label);
+    EXPECT_EQ(spoken->text(QAccessible::Name), QStringLiteral("Ort & Land"));
+    QTest::keyClick(&window, Qt::Key_Space, Qt::AltModifier);
+    EXPECT_FALSE(field->hasFocus());
+}
+
+TEST_F(LabelTest, text_that_is_elided_is_the_tooltip_and_no_other) {
+    struct Row {
+        const char* name;
+        QString text;
+        int lines;
+        bool isElided;
+    };
+    const QString word = QStringLiteral("Stadt ");
+    const Row rows[] = {
+        {"short", word, 1, false},
+        {"long", word.repeated(20), 1, true},
+        {"two of three lines", word.repeated(10).trimmed(), 3, false},
+        {"four of three lines", word.repeated(20), 3, true},
+        {"three breaks", QStringLiteral("a\nb\nc\nd"), 3, true},
+        {"two breaks", QStringLiteral("a\nb\nc"), 3, false},
+        {"a word without an end", QStringLiteral("x").repeated(400), 3, true},
+    };
+    show();
+    for (const Row& row : rows) {
+        Label* label = make(row.text, row.lines);
+        label->show();
+        EXPECT_EQ(label->isElided(), row.isElided) << row.name;
+        EXPECT_EQ(showsToolTip(*label), row.isElided) << row.name;
+        if (row.isElided) {
+            EXPECT_EQ(look::shownToolTip()->accessibleName(), row.text);
+        }
+        label->setToolTip(QStringLiteral("eigener"));
+        ASSERT_TRUE(showsToolTip(*label)) << row.name;
+        EXPECT_EQ(look::shownToolTip()->accessibleName(), QStringLiteral("eigener"));
+    }
+}
+
+TEST_F(LabelTest, lines_stand_at_the_distance_of_their_size) {
+    const struct {
+        int pixels;
+        int line;
+    } rows[] = {{11, 14}, {12, 15}, {13, 16}, {26, 31}};
+    for (const auto& row : rows) {
+        Label label(row.pixels, look::colours::label);
+        label.setText(QStringLiteral("x"));
+        EXPECT_EQ(label.sizeHint().height(), row.line);
+        label.setMaximumLines(3);
+        label.setText(QStringLiteral("a\nb\nc\nd\ne"));
+        EXPECT_EQ(label.heightForWidth(100), 3 * row.line);
+    }
+}
+
+TEST_F(LabelTest, assistive_technology_gets_the_whole_text) {
+    const QString text = hundredKilobytes();
+    Label* label = make(text, 3);
+    show();
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name), text);
+}
+
+TEST_F(LabelTest, hundred_kilobytes_cost_no_more_than_what_is_seen) {
+    const QString text = hundredKilobytes();
+    const QString letters = QString(100 * 1024, u'i');
+    show();
+    for (const int lines : {1, 3}) {
+        Label* label = make({}, lines);
+        label->resize(776, 48);
+        label->show();
+        for (const QString& long_ : {text, letters}) {
+            const auto work = workOf([&] {
+                label->setText(long_);
+                label->sizeHint();
+                label->heightForWidth(776);
+                picture(*label);
+            });
+            EXPECT_TRUE(label->isElided());
+            EXPECT_LT(work, limit(50));
+        }
+    }
+}
+
+TEST_F(LabelTest, colour_changes_at_once_and_stays_when_disabled) {
+    Label* label = make(QStringLiteral("████████"));
+    label->setColour(look::colours::red);
+    show();
+    EXPECT_EQ(colourAt(*label, QPoint(20, 8)), look::colours::red);
+    label->setEnabled(false);
+    EXPECT_EQ(colourAt(*label, QPoint(20, 8)), look::colours::red);
+}
+
+TEST_F(LabelTest, text_begins_at_the_leading_edge) {
+    Label* one = make(QStringLiteral("Ort"));
+    Label* three = make(QStringLiteral("Ort"), 3);
+    show();
+    for (Label* label : {one, three}) {
+        label->setLayoutDirection(Qt::LeftToRight);
+        EXPECT_LT(ink(picture(*label), label->rect()).right(), 40);
+        label->setLayoutDirection(Qt::RightToLeft);
+        EXPECT_GT(ink(picture(*label), label->rect()).left(), 160);
+    }
+}
+
+} // namespace
