@@ -1,0 +1,27 @@
+#pragma once
+
+#include "ImporterJob.h"
+
+#include <QString>
+
+#include <system_error>
+
+enum class JobKind { Place, Route };
+
+// How a route is travelled, in the order of the window's segments.
+enum class Travel { Car, Train, Flight };
+
+// The sentences of a job, in the interface's language. Pure.
+
+// Why a job was not started.
+QString refusalText(JobKind kind, Refusal refusal);
+// Why the tool itself could not be started.
+QString startFailureText(JobKind kind, const std::error_code& failure);
+// While the tool runs; `travel` matters for a route only.
+QString progressText(JobKind kind, Travel travel);
+// While a stopped tool has not ended yet.
+QString stoppingText(JobKind kind);
+// How the job ended.
+QString outcomeText(JobKind kind, const JobReport& report);
+// The heading of the alert after a failed job.
+QString failureTitle(JobKind kind);

@@ -1,0 +1,302 @@
+#include "MainWindow.h"
+
+#include "Button.h"
+#include "Colours.h"
+#include "Field.h"
+#include "Fonts.h"
+#include "Glyphs.h"
+#include "Label.h"
+#include "LiteralText.h"
+#include "NXLocal.h"
+#include "Panel.h"
+#include "PlaceList.h"
+#include "PopUp.h"
+#include "Segments.h"
+#include "Services.h"
+#include "Spinner.h"
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+using look::Button;
+using look::ButtonKind;
+using look::Field;
+using look::FieldKind;
+using look::Label;
+
+namespace {
+
+constexpr int spacing = 10;
+constexpr int listsHeight = 250;
+
+// A control under the name by which tests and assistive technology find it.
+template<typename Control>
+Control* named(const char* name, Control* control) {
+    control->setObjectName(QLatin1StringView(name));
+    return control;
+}
+
+// What lies below the menu bar.
+class Content : public QWidget {
+public:
+    QSize sizeHint() const override { return {820, 760}; }
+};
+
+Label* makeLabel(int pixels, QRgb colour, const QString& text, int lines = 1) {
+    auto* label = new Label(pixels, colour);
+    label->setMaximumLines(lines);
+    label->setText(text);
+    return label;
+}
+
+template<typename Layout>
+Layout* row(QWidget* parent = nullptr, int gap = spacing) {
+    auto* layout = new Layout(parent);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(gap);
+    return layout;
+}
+
+int selectedRow(const QAbstractItemView& list) {
+    const QModelIndexList rows = list.selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.first().row();
+}
+
+Field* makeAddressField(FieldKind kind, const QString& spokenName) {
+    auto* field = new Field(kind);
+    field->setPlaceholderText(services::example);
+    field->setAccessibleName(spokenName);
+    return field;
+}
+
+} // namespace
+
+MainWindow::MainWindow(bool startsInRouteMode) {
+    setWindowTitle(NXLocal(u"Norvaxel 3D · Orte und Routen"_s));
+    auto* content = new Content;
+    content->setMinimumSize(780, 730);
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins(22, 16, 22, 18);
+    column->setSpacing(spacing);
+
+    column->addWidget(makeHeader(), 0, Qt::AlignLeading);
+    mode = named("mode", new look::Segments(look::SegmentsKind::Mode,
+                                            {NXLocal(u"Ortskarte"_s), NXLocal(u"Route"_s)}));
+    mode->setSelectedSegment(startsInRouteMode ? 1 : 0);
+    column->addWidget(mode, 0, Qt::AlignLeading);
+    column->addLayout(makeSearchRow());
+    hint = named("hint", makeLabel(12, look::colours::secondary,
+                                   NXLocal(u"Suchergebnisse · wähle einen Ort aus"_s)));
+    column->addWidget(hint);
+    column->addLayout(makeLists());
+    mapOptions = named("mapOptions", makeMapOptions());
+    column->addWidget(mapOptions);
+    endpointField = named("endpointField",
+                          makeAddressField(FieldKind::Service, NXLocal(u"Datendienst"_s)));
+    column->addWidget(endpointField);
+    routeOptions = named("routeOptions", makeRouteOptions());
+    column->addWidget(routeOptions);
+    status = named("status", makeLabel(12, look::colours::secondary,
+                                       NXLocal(u"Gib einen Ort ein und starte die Suche."_s), 3));
+    status->setMinimumHeight(48);
+    column->addWidget(status);
+    column->addLayout(makeButtonRow());
+    credit = named("credit", makeLabel(11, look::colours::tertiary, {}, 3));
+    column->addWidget(credit);
+    column->addStretch();
+    setCentralWidget(content);
+}
+
+void MainWindow::showCentred() {
+    resize(sizeHint());
+    const QRect available = screen()->availableGeometry();
+    move(available.center() - rect().center());
+    show();
+    raise();
+    activateWindow();
+}
+
+QWidget* MainWindow::makeHeader() {
+    auto* header = new QWidget;
+    auto* line = row<QHBoxLayout>(header);
+    auto* glyph = new look::BuildingGlyph(34);
+    glyph->setAccessibleName(NXLocal(u"Norvaxel 3D"_s));
+    line->addWidget(glyph);
+    auto* texts = row<QVBoxLayout>(nullptr, 2);
+    auto* title = makeLabel(26, look::colours::label, NXLocal(u"Norvaxel 3D"_s));
+    title->setFont(look::titleFont());
+    texts->addWidget(title);
+    subtitle = named("subtitle",
+                     makeLabel(13, look::colours::secondary,
+                               NXLocal(u"Orte und Routen mit Gebäuden und Gelände."_s)));
+    texts->addWidget(subtitle);
+    line->addLayout(texts);
+    return header;
+}
+
+QBoxLayout* MainWindow::makeSearchRow() {
+    const QString prompt = NXLocal(u"Stadt, Ort oder Adresse weltweit"_s);
+    query = named("query", new Field(FieldKind::Search));
+    query->setPlaceholderText(prompt);
+    query->setAccessibleName(prompt);
+    searchButton = named("searchButton", new Button(ButtonKind::Push, NXLocal(u"Suchen"_s)));
+    searchButton->setGlyph(look::ButtonGlyph::Magnifier);
+    searchButton->setFixedWidth(108);
+    auto* line = row<QHBoxLayout>();
+    line->addWidget(query);
+    line->addWidget(searchButton);
+    return line;
+}
+
+QBoxLayout* MainWindow::makeLists() {
+    table = named("table", new look::PlaceList);
+    table->setAccessibleName(NXLocal(u"Suchergebnisse · wähle einen Ort aus"_s));
+    named("placeholder", table->emptyLabel());
+    table->setEmptyText(NXLocal(u"Ergebnisse erscheinen nach der Suche"_s));
+    routePane = named("routePane", makeRoutePane());
+    auto* line = row<QHBoxLayout>();
+    line->addWidget(table, 1);
+    line->addWidget(routePane, 1);
+    table->setFixedHeight(listsHeight);
+    routePane->setFixedHeight(listsHeight);
+    return line;
+}
+
+QWidget* MainWindow::makeRoutePane() {
+    stationHint = named("stationHint", makeLabel(12, look::colours::secondary,
+                                                 NXLocal(u"Stationen · 0 / 32"_s)));
+    addStationButton = named("addStationButton",
+                             new Button(ButtonKind::Small, NXLocal(u"Als Station hinzufügen"_s)));
+    stationTable = named("stationTable", new look::PlaceList);
+    removeStationButton =
+        named("removeStationButton", new Button(ButtonKind::Push, NXLocal(u"Entfernen"_s)));
+    moveStationUpButton =
+        named("moveStationUpButton", new Button(ButtonKind::Push, NXLocal(u"Hoch"_s)));
+    moveStationDownButton =
+        named("moveStationDownButton", new Button(ButtonKind::Push, NXLocal(u"Runter"_s)));
+
+    constexpr int inner = 6;
+    auto* top = row<QHBoxLayout>(nullptr, inner);
+    top->addWidget(stationHint);
+    top->addStretch();
+    top->addWidget(addStationButton);
+    top->addStrut(32); // the small button sits in the middle of a full row
+    auto* buttons = row<QHBoxLayout>(nullptr, inner);
+    for (Button* button : {removeStationButton, moveStationUpButton, moveStationDownButton})
+        buttons->addWidget(button);
+    buttons->addStretch();
+    auto* pane = new QWidget;
+    auto* column = row<QVBoxLayout>(pane, inner);
+    column->addLayout(top);
+    column->addWidget(stationTable, 1);
+    column->addLayout(buttons);
+    return pane;
+}
+
+QWidget* MainWindow::makeMapOptions() {
+    radius = named("radius", new look::PopUp(102));
+    radius->addItems({NXLocal(u"400 m"_s), NXLocal(u"800 m"_s), NXLocal(u"1,2 km"_s),
+                      NXLocal(u"2 km"_s)});
+    radius->setCurrentIndex(1);
+    endpoint = named("endpoint", new look::PopUp(218));
+    endpoint->addItems({NXLocal(u"OpenStreetMap direkt"_s), NXLocal(u"Overpass · Standard"_s),
+                        NXLocal(u"Overpass · Alternative"_s),
+                        NXLocal(u"Eigene HTTPS-Adresse"_s)});
+    // A pop-up is announced by its caption: on Linux it has no other name.
+    Label* radiusCaption = makeLabel(12, look::colours::secondary, NXLocal(u"Umkreis"_s));
+    radiusCaption->setBuddy(radius);
+    Label* endpointCaption = makeLabel(12, look::colours::secondary, NXLocal(u"Datendienst"_s));
+    endpointCaption->setBuddy(endpoint);
+
+    auto* options = new QWidget;
+    auto* line = row<QHBoxLayout>(options);
+    line->addWidget(radiusCaption);
+    line->addWidget(radius);
+    line->addStretch();
+    line->addWidget(endpointCaption);
+    line->addWidget(endpoint);
+    return options;
+}
+
+QWidget* MainWindow::makeRouteOptions() {
+    // The one caption that stays German in every language.
+    const QString travelText = u"Reiseart"_s;
+    Label* travelCaption = makeLabel(11, look::colours::secondary, travelText);
+    travel = named("travel",
+                   new look::Segments(look::SegmentsKind::Travel,
+                                      {NXLocal(u"Auto"_s), NXLocal(u"Zug"_s), NXLocal(u"Flug"_s)}));
+    travel->setAccessibleName(travelText);
+    travel->setSelectedSegment(0);
+    travel->setToolTip(NXLocal(u"Auto: Straßenroute über den Routingdienst. Zug: entlang echter Gleise aus OpenStreetMap. Flug: Bogen in der Höhe zwischen den Stationen. Gebäude und Gelände kommen immer mit."_s));
+
+    const QString routingText = NXLocal(u"Routingdienst · eigene HTTPS-Adresse optional"_s);
+    Label* routingCaption = makeLabel(11, look::colours::secondary, routingText);
+    // The texts of a route without a package come first and are replaced: every route of this
+    // program brings one.
+    routeMapCheckbox = named("routeMapCheckbox", new QCheckBox(NXLocal(u"Straßenkarte mitladen"_s)));
+    routeMapCheckbox->setToolTip(NXLocal(u"Mit Route berechnen auch die passende OpenFreeMap-Straßenkarte herunterladen. Benötigt Internet; danach ist die gespeicherte Karte offline nutzbar."_s));
+    routeMapCheckbox->setChecked(true);
+    look::setLiteralText(routeMapCheckbox, NXLocal(u"3D-Paket: Gebäude, Straßen, Gelände"_s));
+    routeMapCheckbox->setToolTip(NXLocal(u"Norvaxel 3D lädt zu jeder Route Gebäude und Straßen entlang der ganzen Strecke sowie das Gelände. Benötigt Internet; danach rendert das Paket offline."_s));
+    routeEndpointField =
+        named("routeEndpointField", makeAddressField(FieldKind::Routing, routingText));
+    routeEndpointField->setText(services::routing);
+    routeEndpointField->setToolTip(NXLocal(u"Optional: eigener kompatibler HTTPS-Routingdienst ohne Zugangsdaten. Die Standardadresse verwendet öffentliche OSM-Daten."_s));
+
+    auto* line = row<QHBoxLayout>();
+    // Where the line runs out of room, the routing caption is the one that is elided.
+    travelCaption->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    line->addWidget(travelCaption);
+    line->addWidget(travel);
+    line->addWidget(routingCaption);
+    line->addStretch();
+    line->addWidget(routeMapCheckbox);
+    auto* options = new QWidget;
+    auto* column = row<QVBoxLayout>(options, 4);
+    column->addLayout(line);
+    column->addWidget(routeEndpointField);
+    return options;
+}
+
+QBoxLayout* MainWindow::makeButtonRow() {
+    spinner = named("spinner", new look::Spinner);
+    cancelButton = named("cancelButton", new Button(ButtonKind::Push, NXLocal(u"Abbrechen"_s)));
+    // Acts only while the button is shown.
+    cancelButton->setShortcut(Qt::Key_Escape);
+    languageButton = named("languageButton", new Button(ButtonKind::Push, NXLocal(u"Sprache"_s)));
+    languageButton->setToolTip(NXLocal(u"Sprache auswählen und lokal speichern"_s));
+    finderButton = named("finderButton", new Button(ButtonKind::Push, NXLocal(u"Ordner zeigen"_s)));
+    downloadButton =
+        named("downloadButton", new Button(ButtonKind::Prominent, NXLocal(u"Ortsdaten laden"_s)));
+    auto* line = row<QHBoxLayout>();
+    line->addWidget(spinner);
+    line->addWidget(cancelButton);
+    line->addWidget(languageButton);
+    line->addStretch();
+    line->addWidget(finderButton);
+    line->addWidget(downloadButton);
+    return line;
+}
+
+void MainWindow::showMode(bool isRouteMode) {
+    routePane->setVisible(isRouteMode);
+    routeOptions->setVisible(isRouteMode);
+    mapOptions->setVisible(!isRouteMode);
+    endpointField->setVisible(!isRouteMode);
+}
+
+void MainWindow::showAlert(const QString& title, const QString& message, const QString& button) {
+    auto* alert = new look::Panel(look::PanelKind::Alert, title, message, this);
+    alert->setButtons(button);
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->open();
+}
+
+int MainWindow::selectedResult() const { return selectedRow(*table); }
+
+int MainWindow::selectedStation() const { return selectedRow(*stationTable); }
+
+void MainWindow::closeEvent(QCloseEvent* event) { event->setAccepted(mayClose()); }

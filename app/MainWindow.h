@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QString>
+
+#include <functional>
+
+class QBoxLayout;
+class QCheckBox;
+
+namespace look {
+class Button;
+class Field;
+class Label;
+class PlaceList;
+class PopUp;
+class Segments;
+class Spinner;
+}
+
+enum class StatusKind { Plain, Error };
+
+// The one window: its controls, their texts and places. It owns them all and knows no rule; what is
+// enabled, hidden or titled how is the controller's to set. Each control's object name is its name
+// here. Main thread.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit MainWindow(bool startsInRouteMode);
+
+    // At its natural size in the middle of the screen, in front of other programs. Once, after the
+    // menus were made: their bar comes on top of the content's size.
+    void showCentred();
+    // The place or the route half of the window.
+    void showMode(bool isRouteMode);
+    // `message` is shown literally; the alert does not block and needs no answer.
+    void showAlert(const QString& title, const QString& message, const QString& button);
+
+    // The selected row of a list, or -1.
+    int selectedResult() const;
+    int selectedStation() const;
+
+    // Asked before the window closes; it stays when the answer is no.
+    std::function<bool()> mayClose = [] { return true; };
+
+    look::Label* subtitle;
+    look::Segments* mode;
+    look::Field* query;
+    look::Button* searchButton;
+    look::Label* hint;
+    look::PlaceList* table;
+    QWidget* routePane;
+    look::Label* stationHint;
+    look::Button* addStationButton;
+    look::PlaceList* stationTable;
+    look::Button* removeStationButton;
+    look::Button* moveStationUpButton;
+    look::Button* moveStationDownButton;
+    QWidget* mapOptions;
+    look::PopUp* radius;
+    look::PopUp* endpoint;
+    look::Field* endpointField;
+    QWidget* routeOptions;
+    look::Segments* travel;
+    QCheckBox* routeMapCheckbox;
+    look::Field* routeEndpointField;
+    look::Label* status;
+    look::Spinner* spinner;
+    look::Button* cancelButton;
+    look::Button* languageButton;
+    look::Button* finderButton;
+    look::Button* downloadButton;
+    look::Label* credit;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QWidget* makeHeader();
+    QBoxLayout* makeSearchRow();
+    QBoxLayout* makeLists();
+    QWidget* makeRoutePane();
+    QWidget* makeMapOptions();
+    QWidget* makeRouteOptions();
+    QBoxLayout* makeButtonRow();
+};

@@ -1,0 +1,156 @@
+#include "NXImportApp.h"
+
+#include "Button.h"
+#include "Colours.h"
+#include "Field.h"
+#include "Label.h"
+#include "Language.h"
+#include "NXLocal.h"
+#include "PlaceList.h"
+#include "PopUp.h"
+#include "Segments.h"
+#include "Services.h"
+#include "Spinner.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QShortcut>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+// The lists draw what the models tell.
+static_assert(look::DetailRole == PlaceListModel::DetailRole);
+
+NXImportApp::NXImportApp(Mode startMode) : startMode_(startMode) {}
+
+NXImportApp::~NXImportApp() = default;
+
+void NXImportApp::applicationDidFinishLaunching() {
+    nxui::persistInitialLanguage(nxui::Product::ThreeD);
+    const bool readsFromRight = nxui::currentLanguage(nxui::Product::ThreeD) == "ar";
+    QApplication::setLayoutDirection(readsFromRight ? Qt::RightToLeft : Qt::LeftToRight);
+    makeWindow();
+    makeMenu();
+    window_->showCentred();
+}
+
+void NXImportApp::makeWindow() {
+    window_ = std::make_unique<MainWindow>(startMode_ == Mode::Route);
+    window_->table->setModel(&resultModel_);
+    window_->stationTable->setModel(&stationModel_);
+    endpointChanged();
+    connectControls();
+    modeChanged();
+    window_->query->setFocus();
+}
+
+void NXImportApp::connectControls() {
+    MainWindow* w = window_.get();
+    connect(w->mode, &look::Segments::selectionChanged, this, &NXImportApp::modeChanged);
+    connect(w->query, &QLineEdit::textChanged, this, &NXImportApp::controlTextDidChange);
+    connect(w->query, &QLineEdit::returnPressed, this, &NXImportApp::search);
+    new QShortcut(Qt::Key_Down, w->query, this, &NXImportApp::focusResults, Qt::WidgetShortcut);
+    connect(w->searchButton, &QPushButton::clicked, this, &NXImportApp::search);
+    connect(w->endpoint, &QComboBox::currentIndexChanged, this, &NXImportApp::endpointChanged);
+    connect(w->travel, &look::Segments::selectionChanged, this, &NXImportApp::routeMapChanged);
+    connect(w->routeMapCheckbox, &QCheckBox::toggled, this, &NXImportApp::routeMapChanged);
+    connect(w->table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &NXImportApp::tableSelectionDidChange);
+    connect(w->stationTable->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &NXImportApp::updateControls);
+    connect(w->downloadButton, &QPushButton::clicked, this, &NXImportApp::download);
+    connect(w->cancelButton, &QPushButton::clicked, this, &NXImportApp::cancel);
+}
+
+bool NXImportApp::routeMode() const { return window_->mode->selectedSegment() == 1; }
+
+void NXImportApp::setStatus(const QString& text, StatusKind kind) {
+    window_->status->setText(text);
+    window_->status->setToolTip(text);
+    window_->status->setColour(kind == StatusKind::Error ? look::colours::red
+                                                         : look::colours::secondary);
+}
+
+void NXImportApp::modeChanged() {
+    const bool isRoute = routeMode();
+    window_->showMode(isRoute);
+    window_->subtitle->setText(
+        isRoute ? NXLocal(u"Deine Stationen. Straßen, Gebäude und Gelände entlang der Strecke."_s)
+                : NXLocal(u"Ortsdaten mit Gebäuden und Gelände für Norvaxel 3D"_s));
+    updateCredits();
+    setStatus(isRoute ? NXLocal(u"Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. Mindestens zwei Stationen sind nötig."_s)
+                      : NXLocal(u"Gib einen Ort ein und starte die Suche."_s),
+              StatusKind::Plain);
+    updateControls();
+}
+
+void NXImportApp::updateCredits() {
+    window_->credit->setText(
+        routeMode()
+            ? NXLocal(u"Photon · OSRM · OpenFreeMap / OpenMapTiles · Terrain Tiles (AWS) · OpenStreetMap-Daten (ODbL)\nInternet erforderlich · lange Strecken laden einige Minuten · das Norvaxel-3D-Paket rendert offline."_s)
+            : NXLocal(u"Photon · OpenStreetMap-Daten (ODbL) · Terrain Tiles (AWS)\nEinmal laden, danach offline in Norvaxel 3D nutzen. Der Umkreis begrenzt den Ausschnitt."_s));
+}
+
+void NXImportApp::routeMapChanged() { updateCredits(); }
+
+void NXImportApp::endpointChanged() {
+    const int index = window_->endpoint->currentIndex();
+    static constexpr std::array addresses{services::openStreetMap, services::overpass,
+                                          services::overpassAlternative};
+    const bool isFixed = index >= 0 && index < customEndpoint;
+    window_->endpointField->setText(
+        isFixed ? QString(addresses.at(static_cast<size_t>(index))) : QString());
+    window_->endpointField->setReadOnly(isFixed);
+}
+
+void NXImportApp::tableSelectionDidChange() {
+    updateControls();
+    if (busy() || window_->selectedResult() < 0)
+        return;
+    setStatus(routeMode()
+                  ? NXLocal(u"Treffer ausgewählt. Füge ihn deiner Route als Station hinzu."_s)
+                  : NXLocal(u"Ort ausgewählt. Umkreis festlegen und Ortsdaten laden."_s),
+              StatusKind::Plain);
+}
+
+void NXImportApp::updateControls() {
+    MainWindow& w = *window_;
+    const ControlStates states = controlStates({
+        .isRouteMode = routeMode(),
+        .searching = searching_,
+        .importing = importing_,
+        .results = results_.size(),
+        .selectedResult = w.selectedResult(),
+        .stations = stationModel_.rowCount(),
+        .selectedStation = w.selectedStation(),
+        .endpointIndex = w.endpoint->currentIndex(),
+        .hasCompleted = completed_.has_value(),
+    });
+    w.mode->setEnabled(states.mode);
+    w.languageButton->setEnabled(states.languageButton);
+    w.query->setEnabled(states.query);
+    w.searchButton->setEnabled(states.searchButton);
+    w.radius->setEnabled(states.radius);
+    w.endpoint->setEnabled(states.endpoint);
+    w.endpointField->setEnabled(states.endpointField);
+    w.endpointField->setReadOnly(!states.endpointFieldEditable);
+    w.table->setEnabled(states.table);
+    w.stationTable->setEnabled(states.stationTable);
+    w.routeEndpointField->setEnabled(states.routeEndpointField);
+    w.routeMapCheckbox->setEnabled(states.routeMapCheckbox);
+    w.travel->setEnabled(states.travel);
+    w.addStationButton->setEnabled(states.addStationButton);
+    w.removeStationButton->setEnabled(states.removeStationButton);
+    w.moveStationUpButton->setEnabled(states.moveStationUpButton);
+    w.moveStationDownButton->setEnabled(states.moveStationDownButton);
+    const QString counter = filled(NXLocal(u"Stationen · %lu / 32"_s), {states.stationCount});
+    w.stationHint->setText(counter);
+    w.stationTable->setAccessibleName(counter);
+    w.downloadButton->setEnabled(states.downloadButton);
+    w.downloadButton->setTitle(NXLocal(states.downloadTitle));
+    w.cancelButton->setHidden(states.cancelHidden);
+    w.finderButton->setHidden(states.finderHidden);
+    w.spinner->setTurning(states.spinning);
+}

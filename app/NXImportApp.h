@@ -1,0 +1,83 @@
+#pragma once
+
+#include "ControlStates.h"
+#include "ImporterJob.h"
+#include "JobWords.h"
+#include "MainWindow.h"
+#include "PhotonAnswer.h"
+#include "PlaceListModel.h"
+
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+class NXPhotonSearch;
+
+// The one controller: it holds the whole state, and connects. A person's action or an answer comes
+// in, a pure function or a job does the work, `updateControls` shows the result. There is at most
+// one search and one job at a time. Everything here runs on the main thread.
+class NXImportApp : public QObject {
+    Q_OBJECT
+public:
+    enum class Mode { Place, Route };
+
+    explicit NXImportApp(Mode startMode);
+    ~NXImportApp() override;
+
+    // Settles the language, builds menus and window and shows them. Once, before the event loop.
+    void applicationDidFinishLaunching();
+
+    MainWindow* window() const { return window_.get(); }
+
+private:
+    struct Package {
+        QString directory;
+        QString filename; // the main file in `directory`
+    };
+
+    void makeMenu(); // Menus.cpp
+    void makeWindow();
+    void connectControls();
+
+    // State and rules (NXImportApp.cpp)
+    bool routeMode() const;
+    bool busy() const { return searching_ || importing_; }
+    void setStatus(const QString& text, StatusKind kind);
+    void updateControls();
+    void modeChanged();
+    void updateCredits();
+    void routeMapChanged();
+    void endpointChanged();
+    void tableSelectionDidChange();
+
+    // Searching (SearchFlow.cpp)
+    void search();
+    void controlTextDidChange();
+    void clearResults();
+    void showResults(QList<ResultRow> rows);
+    void applyAnswer(quint64 generation, const QString& query, const QByteArray& body,
+                     const QString& message, QList<ResultRow> rows);
+    void focusResults();
+
+    // Jobs (JobFlow.cpp)
+    void download();
+    void startJob(JobKind kind, Preparation preparation);
+    void jobEnded(JobKind kind, const std::shared_ptr<ImporterJob>& job, const JobReport& report);
+    void cancel();
+
+    const Mode startMode_;
+    std::unique_ptr<MainWindow> window_;
+
+    PlaceListModel resultModel_;
+    PlaceListModel stationModel_;
+    QList<ResultRow> results_;  // of the search that is shown, at most `mostResults`
+    QByteArray photonResponse_; // the answer that `results_` came from; empty without results
+    QString searchedQuery_;     // the query that `results_` answer; empty without results
+    std::shared_ptr<NXPhotonSearch> searchTask_;
+    std::shared_ptr<ImporterJob> importTask_;
+    std::optional<Package> completed_; // the last job's package, if it succeeded
+    quint64 searchGeneration_ = 0;     // an answer to another generation changes nothing
+    bool searching_ = false;
+    bool importing_ = false;
+};
