@@ -1,0 +1,238 @@
+"""The program's window as someone sees it who cannot see it: through the accessibility interface.
+
+Controls are found by role and by the name that a screen reader speaks, never by position. Nothing
+is cached, so what is read is what is there now; waiting is always for a condition. Needs DISPLAY and
+DBUS_SESSION_BUS_ADDRESS of the program's desktop in os.environ before it is first used.
+"""
+import os
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+# What each control is called in German: (role, name). Titles that change have more than one.
+QUERY = ("text", "Stadt, Ort oder Adresse weltweit")
+SEARCH = ("push button", "Suchen")
+RESULTS = ("list", "Suchergebnisse · wähle einen Ort aus")
+RADIUS = ("combo box", "Umkreis")
+ENDPOINT = ("combo box", "Datendienst")
+ENDPOINT_FIELD = ("text", "Datendienst")
+DOWNLOAD = ("push button", "Ortsdaten laden")
+DOWNLOADING = ("push button", "Lädt …")
+CALCULATE = ("push button", "Route berechnen")
+CALCULATING = ("push button", "Berechnet …")
+CANCEL = ("push button", "Abbrechen")
+FINDER = ("push button", "Ordner zeigen")
+LANGUAGE = ("push button", "Sprache")
+PLACE_MODE = ("radio button", "Ortskarte")
+ROUTE_MODE = ("radio button", "Route")
+ADD_STATION = ("push button", "Als Station hinzufügen")
+REMOVE_STATION = ("push button", "Entfernen")
+STATION_UP = ("push button", "Hoch")
+STATION_DOWN = ("push button", "Runter")
+ROUTING_FIELD = ("text", "Routingdienst · eigene HTTPS-Adresse optional")
+
+# X key symbols
+KEY_HOME, KEY_DOWN, KEY_RETURN, KEY_ESCAPE = 0xFF50, 0xFF54, 0xFF0D, 0xFF1B
+
+SECONDS = float(os.environ.get("NORVAXEL_PATIENCE", "20"))
+PAUSE = 0.02
+
+
+class NotThere(AssertionError):
+    """What was waited for did not come about; the text says what, and what was there instead."""
+
+
+def until(condition, what, seconds=SECONDS, instead=lambda: ""):
+    """Waits for condition to be true and returns its value."""
+    deadline = time.monotonic() + seconds
+    while True:
+        try:
+            value = condition()
+        except GLib.Error:
+            value = None  # the object has gone meanwhile
+        if value:
+            return value
+        if time.monotonic() > deadline:
+            raise NotThere(f"after {seconds:g} s still not: {what}\n{instead()}")
+        time.sleep(PAUSE)
+
+
+def _children(accessible):
+    for index in range(accessible.get_child_count()):
+        child = accessible.get_child_at_index(index)
+        if child is not None:
+            yield child
+
+
+def _walk(accessible):
+    yield accessible
+    # The rows of a list are asked for one by one: a list may be long.
+    if accessible.get_role_name() not in ("list", "table", "combo box"):
+        for child in _children(accessible):
+            yield from _walk(child)
+
+
+def _has(accessible, state):
+    return accessible.get_state_set().contains(state)
+
+
+def captions(accessible):
+    """The names of the labels that the interface says belong to a control."""
+    for relation in accessible.get_relation_set():
+        if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY:
+            for index in range(relation.get_n_targets()):
+                yield relation.get_target(index).get_name()
+
+
+class Window:
+    """The one window of the process pid, once it is on the accessibility bus."""
+
+    def __init__(self, pid, seconds=SECONDS):
+        self.pid = pid
+        Atspi.init()
+        self._desktop = Atspi.get_desktop(0)
+        self._desktop.set_cache_mask(Atspi.Cache.NONE)
+        self._application = until(self._find, f"process {pid} shows a window", seconds)
+
+    def _find(self):
+        for application in _children(self._desktop):
+            try:
+                if application.get_process_id() == self.pid and application.get_child_count() > 0:
+                    return application
+            except GLib.Error:
+                pass  # another program that is just ending
+        return None
+
+    # --- finding ---
+
+    def all(self, role=None):
+        """All controls that show, in the order of the tree."""
+        return [each for each in _walk(self._application)
+                if (role is None or each.get_role_name() == role)
+                and _has(each, Atspi.StateType.SHOWING)]
+
+    def find(self, control):
+        """The control if it shows, else nothing."""
+        role, name = control
+        for each in self.all(role):
+            if each.get_name() == name or name in captions(each):
+                return each
+        return None
+
+    def control(self, control, seconds=SECONDS):
+        return until(lambda: self.find(control), f"{control[0]} “{control[1]}” shows", seconds, self.describe)
+
+    def labels(self):
+        return [each.get_name() for each in self.all("label")]
+
+    def says(self, text, seconds=SECONDS):
+        """Waits for a label that shows exactly text, and returns it."""
+        return until(lambda: self.find(("label", text)), f"the window says “{text}”", seconds, self.describe)
+
+    def dialog(self, seconds=SECONDS):
+        """Waits for an alert and returns its texts."""
+        def find():
+            for each in self.all():
+                if each.get_role_name() in ("dialog", "alert"):
+                    return [part.get_name() for part in _walk(each)
+                            if part.get_role_name() == "label" and part.get_name()]
+            return None
+        return until(find, "an alert shows", seconds, self.describe)
+
+    def describe(self):
+        """The whole window as text, for a failure's message."""
+        lines = []
+        try:
+            for each in self.all():
+                off = "" if _has(each, Atspi.StateType.ENABLED) else " (disabled)"
+                lines.append(f"  {each.get_role_name()}: {each.get_name()!r}{off}")
+                if each.get_role_name() == "list":
+                    lines.extend(f"    {row!r}" for row in self.rows(each))
+        except GLib.Error as error:
+            lines.append(f"  (the window has gone: {error.message})")
+        return "\n".join(lines)
+
+    # --- reading ---
+
+    def enabled(self, control):
+        return _has(self.control(control), Atspi.StateType.ENABLED)
+
+    def editable(self, control):
+        return not _has(self.control(control), Atspi.StateType.READ_ONLY)
+
+    def checked(self, control):
+        return _has(self.control(control), Atspi.StateType.CHECKED)
+
+    def focused(self, control):
+        return _has(self.control(control), Atspi.StateType.FOCUSED)
+
+    def text(self, control):
+        return Atspi.Text.get_text(self.control(control), 0, -1)
+
+    def value(self, combo):
+        """The item that a pop-up shows."""
+        return self.control(combo).get_name()
+
+    def rows(self, list_or_control):
+        found = self.control(list_or_control) if isinstance(list_or_control, tuple) else list_or_control
+        return [row.get_name() for row in _children(found)]
+
+    def area(self, accessible):
+        """Where it is on the screen: (x, y, width, height)."""
+        box = Atspi.Component.get_extents(accessible, Atspi.CoordType.SCREEN)
+        return box.x, box.y, box.width, box.height
+
+    def frame(self):
+        return self.area(self._application.get_child_at_index(0))
+
+    # --- doing ---
+
+    def type(self, control, text):
+        """Puts text into a field, in place of what is there."""
+        found = self.control(control)
+        if not Atspi.EditableText.set_text_contents(found, text):
+            raise NotThere(f"“{control[1]}” takes no text")
+
+    def press(self, control, seconds=SECONDS):
+        """Presses a control as soon as it can be pressed."""
+        def pressable():
+            found = self.find(control)
+            return found if found is not None and _has(found, Atspi.StateType.ENABLED) else None
+        found = until(pressable, f"{control[0]} “{control[1]}” can be pressed", seconds, self.describe)
+        Atspi.Action.do_action(found, 0)
+
+    def select(self, control, row):
+        """Clicks a row of a list and waits until it is selected."""
+        def visible():
+            if self.control(control).get_child_count() <= row:
+                return None
+            return self.control(control).get_child_at_index(row)
+        found = until(visible, f"“{control[1]}” has row {row}", SECONDS, self.describe)
+        x, y, width, height = self.area(found)
+        Atspi.generate_mouse_event(x + width // 2, y + height // 2, "b1c")
+        until(lambda: _has(self.control(control).get_child_at_index(row), Atspi.StateType.SELECTED),
+              f"row {row} is selected", SECONDS, self.describe)
+
+    def choose(self, control, item):
+        """Opens a pop-up and picks the item of that title with the keyboard."""
+        titles = [row.get_name() for child in _children(self.control(control)) for row in _children(child)]
+        if item not in titles:
+            raise NotThere(f"“{control[1]}” has no item “{item}”, it has {titles}")
+        self.press(control)
+        until(lambda: any(_has(each, Atspi.StateType.FOCUSED) for each in self._popped_up(control)),
+              f"“{control[1]}” is open", SECONDS, self.describe)
+        for symbol in (KEY_HOME, *[KEY_DOWN] * titles.index(item), KEY_RETURN):
+            self.key(symbol)
+        until(lambda: self.value(control) == item, f"“{control[1]}” shows “{item}”", SECONDS, self.describe)
+
+    def _popped_up(self, control):
+        for child in _children(self.control(control)):
+            yield child
+            yield from _children(child)
+
+    def key(self, symbol):
+        """Presses and releases the key with this X key symbol, wherever the focus is."""
+        Atspi.generate_keyboard_event(symbol, None, Atspi.KeySynthType.SYM)

@@ -1,0 +1,178 @@
+"""The whole road: a place is searched, chosen and imported, and every trace of it is looked at."""
+import json
+import pathlib
+import re
+import unittest
+
+from harness import CHOSEN, FINISHED, LOADING, BlackBox, mode, w
+
+UUID = r"[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}"
+
+
+class PlaceRoad(BlackBox):
+    def test_the_query_reaches_the_server_as_typed(self):
+        self.start()
+        self.search("  C++ & #1 100% ä 東京 🎬 ", "Kein Ort gefunden. Ergänze den Namen um Land oder Region.")
+        self.assert_says_in_grey("Kein Ort gefunden. Ergänze den Namen um Land oder Region.")
+        self.window.says("Keine passenden Orte gefunden")
+        self.assertEqual([each["target"] for each in self.requests("connect")], ["photon.komoot.io:443"])
+        (request,) = self.requests()
+        self.assertEqual((request["method"], request["path"]), ("GET", "/api/"))
+        self.assertEqual(request["query"], "q=C%2B%2B%20%26%20%231%20100%25%20%C3%A4%20%E6%9D%B1%E4%BA%AC"
+                                           "%20%F0%9F%8E%AC&limit=8&lang=de")
+        self.assertEqual(self.asked(), ["C++ & #1 100% ä 東京 🎬"])
+        self.assertEqual({name: value for name, value in request["headers"]},
+                         {"Host": "photon.komoot.io", "Accept": "application/json",
+                          "User-Agent": "Norvaxel-Ortsimport/0.5"})
+
+    def test_results_are_shown_with_their_address_and_one_can_be_chosen(self):
+        self.start()
+        self.assertTrue(self.window.focused(w.QUERY), "the cursor starts in the search field")
+        self.window.says("Ergebnisse erscheinen nach der Suche")
+        self.assertFalse(self.window.enabled(w.DOWNLOAD))
+        self.search("Berlin")
+        self.window.says("8 Treffer · bitte den richtigen Ort auswählen")
+        rows = self.rows()
+        self.assertEqual(len(rows), 8)
+        self.assertEqual(rows[0], "Berlin\nDeutschland · 52.5174, 13.3951")
+        self.assertEqual(rows[1], "Berlin\n03570, Coös County, New Hampshire, Vereinigte Staaten"
+                                  " · 44.4687, -71.1850")
+        self.assertFalse(self.window.enabled(w.DOWNLOAD), "nothing is selected yet")
+        self.window.select(w.RESULTS, 1)
+        self.window.says(CHOSEN)
+        self.assertTrue(self.window.enabled(w.DOWNLOAD))
+
+    def test_an_import_leaves_exactly_the_package_the_pointer_and_the_log(self):
+        self.start()
+        self.search("Berlin")
+        self.window.select(w.RESULTS, 1)
+        self.window.choose(w.RADIUS, "1,2 km")
+        self.window.press(w.DOWNLOAD)
+        self.window.says(FINISHED, 30)
+        self.assert_says_in_grey(FINISHED)
+
+        (package,) = self.packages()
+        self.assertRegex(package.name, r"^berlin-\d{8}-\d{6}-[0-9A-F]{6}$")
+        self.assertEqual(sorted(file.name for file in package.iterdir()),
+                         ["buildings.nxd", "import-choice.json", "norvaxel3d.json", "origin.nxd",
+                          "photon-search.json", "roads.nxd", "terrain.nxd"])
+        started = self.importer_event()
+        handed_over = started["hand_over"]
+        self.assertEqual((package / "photon-search.json").read_text(encoding="utf-8"),
+                         handed_over["photon-search.json"]["text"])
+        answer = json.loads(handed_over["photon-search.json"]["text"])
+        self.assertEqual(json.loads(handed_over["photon-selected.json"]["text"]),
+                         {"type": "FeatureCollection", "features": [answer["features"][1]]})
+
+        choice = (package / "import-choice.json").read_text(encoding="utf-8")
+        self.assertEqual(json.loads(choice), {
+            "query": "Berlin", "selected_result": 2, "name": "Berlin", "radius_km": "1.2",
+            "source": "OpenStreetMap direkt", "endpoint": "https://api.openstreetmap.org/api/0.6/map",
+            "selected_feature_input": "geocoder.json", "cli_result_index": 1})
+        keys = re.findall(r'^\s+"(\w+)":', choice, re.MULTILINE)
+        self.assertEqual(keys, sorted(keys), "each key stands on a line of its own, sorted")
+        self.assertEqual(len(keys), 8)
+
+        pointer = self.support / "last-import.txt"
+        self.assertEqual(pointer.read_bytes(), f"{package}/origin.nxd\n".encode())
+        log = self.support / "letzter-import.log"
+        self.assertTrue(log.read_text(encoding="utf-8").startswith("Ortslage: 0 %\n"))
+        self.assertTrue(log.read_text(encoding="utf-8").endswith("Fertig: 100 %\n"))
+        self.assertEqual(mode(log) & 0o077, 0, "the log stays private")
+        self.assertEqual(mode(pointer) & 0o022, 0, "nobody else can redirect the pointer")
+        self.assertEqual(sorted(each.name for each in self.support.iterdir()),
+                         ["Ortsdaten", "last-import.txt", "letzter-import.log"])
+        self.assert_nothing_temporary()
+        self.window.control(w.FINDER)
+        self.assertIsNone(self.window.find(w.CANCEL))
+
+    def test_the_importer_is_started_as_agreed(self):
+        gate = self.folder / "gate"
+        self.start(NORVAXEL_SANDBOX_GATE=gate)
+        self.search("Köln")
+        self.window.select(w.RESULTS, 0)
+        self.window.press(w.DOWNLOAD)
+        self.window.says(LOADING)
+        started = self.importer_event()
+        job = pathlib.Path(started["cwd"])
+        self.assertEqual(job.parent, self.temporary)
+        self.assertRegex(job.name, f"^Norvaxel-Ortsimport-{UUID}$")
+        self.assertEqual(mode(job), 0o700)
+        output = started["argv"][11]
+        self.assertEqual(started["argv"],
+                         [str(self.importer), "--fetch", "--place", "Köln", "--geocoder-input",
+                          f"{job}/photon-selected.json", "--result-index", "1", "--radius-km", "0.8",
+                          "--output", output, "--osm-api", "--3d"])
+        self.assertEqual(pathlib.Path(output).parent, self.support / "Ortsdaten")
+        self.assertEqual(started["descriptors"], {"0": "/dev/null", "1": f"{job}/import.log",
+                                                  "2": f"{job}/import.log"}, "and no other descriptor")
+        self.assertEqual(set(started["hand_over"]),
+                         {"import.log", "photon-search.json", "photon-selected.json"})
+        self.assertEqual(started["hand_over"]["import.log"]["mode"], "0o600")
+        self.assertEqual(int(started["signals"]["SigBlk"], 16), 0, "no signal is blocked")
+        self.assertEqual(started["parent"], self.program.pid)
+        self.assertEqual(set(started["environment"]) - set(self.environment()), {"NORVAXEL_SANDBOX_GATE"},
+                         "the environment is the program's own")
+        # While it runs, only what is safe can be used.
+        for control in (w.QUERY, w.SEARCH, w.RADIUS, w.ENDPOINT, w.ENDPOINT_FIELD, w.LANGUAGE, w.DOWNLOADING,
+                        w.PLACE_MODE, w.ROUTE_MODE):
+            self.assertFalse(self.window.enabled(control), control[1])
+        self.assertTrue(self.window.enabled(w.CANCEL))
+        gate.touch()
+        self.window.says(FINISHED, 30)
+        self.assertEqual(len(self.importer_events()), 1)
+        for control in (w.QUERY, w.SEARCH, w.RADIUS, w.ENDPOINT, w.LANGUAGE, w.DOWNLOAD):
+            self.assertTrue(self.window.enabled(control), control[1])
+        self.assert_nothing_temporary()
+
+    def test_a_data_service_is_passed_on_by_its_address(self):
+        services = {"Overpass · Standard": "https://overpass-api.de/api/interpreter",
+                    "Overpass · Alternative": "https://maps.mail.ru/osm/tools/overpass/api/interpreter"}
+        self.start()
+        for number, (title, address) in enumerate(services.items()):
+            with self.subTest(title):
+                self.window.choose(w.ENDPOINT, title)
+                self.assertEqual(self.window.text(w.ENDPOINT_FIELD), address)
+                self.assertFalse(self.window.editable(w.ENDPOINT_FIELD))
+                self.import_first("Hamburg")
+                self.assertEqual(self.importer_events()[number]["argv"][12:],
+                                 ["--endpoint", address, "--3d"])
+                package = pathlib.Path(self.importer_events()[number]["argv"][11])
+                choice = json.loads((package / "import-choice.json").read_text())
+                self.assertEqual((choice["source"], choice["endpoint"]), (title, address))
+
+    def test_a_service_of_ones_own_is_passed_on_trimmed(self):
+        self.start()
+        self.window.choose(w.ENDPOINT, "Eigene HTTPS-Adresse")
+        self.assertEqual(self.window.text(w.ENDPOINT_FIELD), "")
+        self.assertTrue(self.window.editable(w.ENDPOINT_FIELD))
+        self.window.type(w.ENDPOINT_FIELD, "  https://karten.example.org/api?zone=1 ")
+        self.import_first("Wien")
+        self.assertEqual(self.importer_event()["argv"][12:],
+                         ["--endpoint", "https://karten.example.org/api?zone=1", "--3d"])
+
+    def test_each_import_gets_a_folder_of_its_own_and_the_pointer_leads_to_the_last(self):
+        self.start(NORVAXEL_SANDBOX_SECONDS="0")
+        for _ in range(3):
+            self.import_first("東京")
+        packages = [pathlib.Path(each["argv"][11]) for each in self.importer_events()]
+        self.assertEqual(len(set(packages)), 3)
+        for package in packages:
+            self.assertRegex(package.name, r"^tokio-\d{8}-\d{6}-[0-9A-F]{6}$")
+        self.assertEqual((self.support / "last-import.txt").read_text(), f"{packages[-1]}/origin.nxd\n")
+
+    def test_without_a_data_folder_of_its_own_the_package_goes_below_home(self):
+        self.start(XDG_DATA_HOME=None)
+        self.import_first("Rom")
+        pointer = self.home / ".local/share/Norvaxel/Norvaxel 3D/last-import.txt"
+        self.assertTrue(pathlib.Path(pointer.read_text().strip()).exists())
+
+    def test_a_relative_data_folder_is_no_data_folder(self):
+        self.start(XDG_DATA_HOME="data")
+        self.import_first("Rom")
+        self.assertTrue((self.home / ".local/share/Norvaxel/Norvaxel 3D/last-import.txt").exists())
+        self.assertEqual(list(self.data.iterdir()), [])
+
+
+if __name__ == "__main__":
+    unittest.main()
