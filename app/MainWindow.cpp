@@ -237,6 +237,7 @@ QWidget* MainWindow::makeRouteOptions() {
     // The texts of a route without a package come first and are replaced: every route of this
     // program brings one.
     routeMapCheckbox = named("routeMapCheckbox", new QCheckBox(NXLocal(u"Straßenkarte mitladen"_s)));
+    routeMapCheckbox->setFont(look::font(12));
     routeMapCheckbox->setToolTip(NXLocal(u"Mit Route berechnen auch die passende OpenFreeMap-Straßenkarte herunterladen. Benötigt Internet; danach ist die gespeicherte Karte offline nutzbar."_s));
     routeMapCheckbox->setChecked(true);
     look::setLiteralText(routeMapCheckbox, NXLocal(u"3D-Paket: Gebäude, Straßen, Gelände"_s));

@@ -81,8 +81,18 @@ bool Button::event(QEvent* event) {
         showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), title(), this);
         return true;
     }
-    if (event->type() == QEvent::FontChange) {
+    switch (event->type()) {
+    case QEvent::FontChange:
         title_.forget();
+        break;
+    case QEvent::WindowActivate:
+    case QEvent::WindowDeactivate:
+        if (kind_ == ButtonKind::Prominent) {
+            update();
+        }
+        break;
+    default:
+        break;
     }
     return QPushButton::event(event);
 }

@@ -52,15 +52,11 @@ void fillRounded(QPainter& painter, const QRectF& rectangle, qreal radius, QRgb 
 }
 
 void drawBordered(QPainter& painter, const QRectF& rectangle, qreal radius, QRgb fill, QRgb line) {
+    // Two fills cost a third of a fill and a stroke.
     const qreal width = lineWidth(painter);
-    const qreal half = width / 2;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(line), width));
-    painter.setBrush(QColor(fill));
-    painter.drawRoundedRect(onDevicePixels(painter, rectangle).adjusted(half, half, -half, -half),
-                            radius - half, radius - half);
-    painter.restore();
+    const QRectF outer = onDevicePixels(painter, rectangle);
+    fillRounded(painter, outer, radius, line);
+    fillRounded(painter, outer.adjusted(width, width, -width, -width), radius - width, fill);
 }
 
 void drawRaised(QPainter& painter, const QRectF& rectangle, qreal radius, const Face& face) {

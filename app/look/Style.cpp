@@ -79,8 +79,9 @@ QPalette Style::standardPalette() const {
     set(QPalette::LinkVisited, colours::focusLine);
     set(QPalette::ToolTipBase, colours::toolTip);
     set(QPalette::ToolTipText, colours::label);
-    palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(colours::selectionUnfocused));
-    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, QColor(colours::label));
+    // The inactive colours are the active ones: where they differ, the toolkit draws the whole window
+    // a second time as soon as it becomes active, at every start. What does look different asks for
+    // its own drawing.
     palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(colours::selectionDisabled));
     for (const QPalette::ColorRole role :
          {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::PlaceholderText,
@@ -376,6 +377,21 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
     default:
         return QCommonStyle::sizeFromContents(type, option, contents, widget);
     }
+}
+
+QIcon Style::standardIcon(StandardPixmap which, const QStyleOption* option,
+                          const QWidget* widget) const {
+    // A menu bar asks for this at every start, for a button that it shows only when it is cut off:
+    // looking through the desktop's icons for it costs as much as loading a font.
+    if (which != SP_ToolBarHorizontalExtensionButton) {
+        return QCommonStyle::standardIcon(which, option, widget);
+    }
+    QPixmap picture(16, 16);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    drawChevrons(painter, QPoint(3, 1), colours::label);
+    painter.end();
+    return QIcon(picture);
 }
 
 void applyLook(QApplication& application) {

@@ -33,6 +33,8 @@ public:
                          SubControl subControl, const QWidget* widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                            const QWidget* widget) const override;
+    QIcon standardIcon(StandardPixmap which, const QStyleOption* option,
+                       const QWidget* widget) const override;
 };
 
 // Gives the application this look: the style, the palette, the default font (the desktop's, 13

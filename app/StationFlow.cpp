@@ -1,0 +1,50 @@
+#include "NXImportApp.h"
+
+#include "NXLocal.h"
+#include "PlaceList.h"
+
+using namespace Qt::StringLiterals;
+
+void NXImportApp::addStation() {
+    const int row = window_->selectedResult();
+    if (busy() || row < 0 || row >= results_.size())
+        return;
+    const ResultRow& place = results_.at(row);
+    const auto station = stationOf(place.name, place.detail, place.feature);
+    if (!station)
+        return;
+    showStations(stations_.add(*station),
+                 stations_.size() == 1
+                     ? NXLocal(u"Start gesetzt. Suche jetzt dein Ziel und füge es als Station hinzu."_s)
+                     : NXLocal(u"Station hinzugefügt. Reihenfolge prüfen und Route berechnen."_s));
+}
+
+void NXImportApp::removeStation() {
+    if (importing_)
+        return;
+    showStations(stations_.remove(window_->selectedStation()),
+                 NXLocal(u"Station entfernt. Mindestens zwei Stationen bilden eine Route."_s));
+}
+
+void NXImportApp::moveStation(int offset) {
+    if (importing_)
+        return;
+    showStations(
+        stations_.move(window_->selectedStation(), offset),
+        NXLocal(u"Reihenfolge geändert. Die Route wird in dieser Reihenfolge berechnet."_s));
+}
+
+void NXImportApp::showStations(std::optional<int> selected, const QString& text) {
+    if (!selected)
+        return; // the edit was not possible
+    QList<PlaceRow> rows;
+    for (const Station& station : stations_.stations())
+        rows.append({filled(NXLocal(u"%ld · %@"_s), {rows.size() + 1, station.name}),
+                     station.detail});
+    stationModel_.setRows(rows);
+    const QModelIndex index = stationModel_.index(*selected, 0);
+    window_->stationTable->setCurrentIndex(index);
+    window_->stationTable->scrollTo(index);
+    setStatus(text, StatusKind::Plain);
+    updateControls();
+}
