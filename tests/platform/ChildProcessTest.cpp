@@ -279,7 +279,7 @@ std::string descriptorsOfPlainChild() {
     EXPECT_EQ(::posix_spawn(&id, CHILD_HELPER, &actions, nullptr, arguments, environ), 0);
     posix_spawn_file_actions_destroy(&actions);
     pipe.writeEnd.reset();
-    const std::string descriptors = readToEnd(pipe.readEnd.get());
+    std::string descriptors = readToEnd(pipe.readEnd.get());
     ::waitpid(id, nullptr, 0);
     return descriptors;
 }
@@ -355,6 +355,7 @@ TEST_F(ChildProcessTest, several_threads_may_wait_for_one_child) {
     RunningChild child({"hang"});
     std::atomic<int> right = 0;
     std::vector<std::thread> waiting;
+    waiting.reserve(4);
     for (int number = 0; number < 4; ++number) {
         waiting.emplace_back([&] {
             right += child->waitForExit() == ChildExit{ChildExit::Kind::signalled, SIGTERM};

@@ -176,6 +176,7 @@ TEST_F(ChildStopTest, any_number_of_threads_may_stop_one_child) {
         RunningChild child({"leave-behind"});
         ASSERT_EQ(child.line(), "ready");
         std::vector<std::thread> stopping;
+        stopping.reserve(4);
         for (int number = 0; number < 4; ++number) {
             stopping.emplace_back([&, number] {
                 while (child->isRunning())

@@ -72,7 +72,7 @@ protected:
 
     // Starts the request, waits for what it delivers, and for a second delivery that must not come:
     // until nothing is left that could make one.
-    void runToTheEnd(std::shared_ptr<NXPhotonSearch> search, const QUrl& url = address) {
+    void runToTheEnd(const std::shared_ptr<NXPhotonSearch>& search, const QUrl& url = address) {
         search->start(url, note());
         EXPECT_EQ(deliveries_, 0) << "delivered inside start()";
         EXPECT_TRUE(turnUntil([&] { return deliveries_ > 0; }));
@@ -346,6 +346,7 @@ TEST_F(NXPhotonSearchTest, of_finishing_and_cancelling_exactly_one_is_first) {
         std::atomic<int> wins = 0;
         std::atomic<bool> go = false;
         std::vector<std::thread> racing;
+        racing.reserve(3);
         for (int number = 0; number < 3; ++number) {
             racing.emplace_back([&, number] {
                 while (!go) {
