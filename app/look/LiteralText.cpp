@@ -19,6 +19,10 @@ qsizetype lettersFilling(int width) {
     return qMax(width, 0) / 2 + 32;
 }
 
+// No wrapped text is laid out beyond this: 24 lines of ordinary text in a tooltip. A run of letters
+// that stand on top of each other costs the square of its length.
+constexpr qsizetype mostWrapped = 1600;
+
 QString firstLetters(const QString& text, qsizetype count) {
     if (count >= text.size()) {
         return text;
@@ -163,8 +167,8 @@ TextBlock::TextBlock(const QString& text, const QFont& font, int width, int maxi
     layout_.setFont(font);
     layout_.setTextOption(option);
 
-    const QString start =
-        firstLetters(text, qMin<qsizetype>(maximumLines_ * lettersFilling(width_), text.size()));
+    const qsizetype filling = qMin(maximumLines_ * lettersFilling(width_), mostWrapped);
+    const QString start = firstLetters(text, qMin(filling, text.size()));
     const QString whole = withLineSeparators(start);
     lay(whole);
     const QTextLine last = layout_.lineAt(layout_.lineCount() - 1);

@@ -24,6 +24,9 @@ constexpr int textWidth = 360 - 2 * 8 - 2;
 constexpr int textPixels = 12;
 constexpr QMargins padding(1 + 8, 1 + 5, 1 + 8, 1 + 5);
 constexpr int radius = 6;
+// More than any text of the program needs, and what nobody reads beyond. Laying out a screenful of
+// letters that each have to be looked for in every font would be felt.
+constexpr int mostLines = 24;
 
 // The window of one tooltip. Deletes itself when it is hidden. Watches the application for what
 // makes a tooltip go.
@@ -33,7 +36,7 @@ public:
         : QWidget(owner, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput),
           owner_(owner),
           block_(text, look::font(textPixels), qMin(textWidth, room.width()),
-                 qMax(1, room.height() / lineHeight(textPixels)), owner->layoutDirection(),
+                 qBound(1, room.height() / lineHeight(textPixels), mostLines), owner->layoutDirection(),
                  owner->layoutDirection() == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft) {
         setAttribute(Qt::WA_TranslucentBackground);
         setAttribute(Qt::WA_ShowWithoutActivating);
