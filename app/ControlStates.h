@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StationList.h"
+
 #include <QString>
 
 // What of the window's state the controls depend on.
@@ -10,13 +12,10 @@ struct ControlInput {
     qsizetype results = 0;
     int selectedResult = -1; // a row of the results, or -1
     qsizetype stations = 0;
-    int selectedStation = -1; // a row of the stations, or -1
-    int endpointIndex = 0;    // the data service's place in its pop-up
+    int selectedStation = -1;  // a row of the stations, or -1
+    int endpointIndex = 0;     // the data service's place in its pop-up
     bool hasCompleted = false; // a finished package can be shown
 };
-
-// The most stations that a route has.
-inline constexpr qsizetype mostStations = 32;
 
 // The data services of the pop-up that need an address typed or not.
 inline constexpr int directEndpoint = 0;

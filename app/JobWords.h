@@ -1,15 +1,13 @@
 #pragma once
 
 #include "ImporterJob.h"
+#include "RouteImport.h"
 
 #include <QString>
 
 #include <system_error>
 
 enum class JobKind { Place, Route };
-
-// How a route is travelled, in the order of the window's segments.
-enum class Travel { Car, Train, Flight };
 
 // The sentences of a job, in the interface's language. Pure.
 

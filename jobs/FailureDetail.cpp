@@ -51,8 +51,8 @@ private:
 };
 
 QString withoutAddresses(QString text, QRegularExpression::PatternOptions letterCase) {
-    const QRegularExpression address(
-        u"https?://[^\\s]+"_s, letterCase | QRegularExpression::UseUnicodePropertiesOption);
+    const QRegularExpression address(u"https?://[^\\s]+"_s,
+                                     letterCase | QRegularExpression::UseUnicodePropertiesOption);
     return text.replace(address, u"[Datendienst]"_s);
 }
 
@@ -137,9 +137,8 @@ QString placeFailureDetail(const QString& logPath) {
 QString routeFailureDetail(const QString& logPath) {
     const QString text = decoded(lastLines(logPath));
     const qsizetype found = text.lastIndexOf(marker);
-    const QString line =
-        found < 0 ? lastLineWithText(text)
-                  : text.sliced(found + marker.size()).section(u'\n', 0, 0);
+    const QString line = found < 0 ? lastLineWithText(text)
+                                   : text.sliced(found + marker.size()).section(u'\n', 0, 0);
     return firstWholeCharacters(
         withoutAddresses(line.trimmed(), QRegularExpression::NoPatternOption));
 }

@@ -6,4 +6,6 @@
 #include <string>
 
 // A path as the file system has it.
-inline std::string filePath(const QString& path) { return QFile::encodeName(path).toStdString(); }
+inline std::string filePath(const QString& path) {
+    return QFile::encodeName(path).toStdString();
+}

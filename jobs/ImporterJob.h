@@ -12,7 +12,7 @@
 namespace platform {
 class ChildProcess;
 struct ChildExit;
-}
+} // namespace platform
 
 enum class JobOutcome {
     Cancelled,

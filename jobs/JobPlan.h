@@ -11,15 +11,15 @@
 
 // Why a job was refused before anything was started. Each kind of job has its own sentence.
 enum class Refusal {
-    ChoiceMissing,     // no search that belongs to the selection; not two to 32 stations
-    ServiceAddress,    // the service's address is not one that may be used
-    ToolMissing,       // no executable importer beside the program
-    PackageFolder,     // the folder for finished packages cannot be made
-    TemporaryFolder,   // the private job folder cannot be made
-    StationName,       // a station's name is empty or too long
-    HandOver,          // the hand-over files cannot be written
-    OutputFolder,      // the new package's folder cannot be prepared
-    Log,               // the log cannot be opened
+    ChoiceMissing,   // no search that belongs to the selection; not two to 32 stations
+    ServiceAddress,  // the service's address is not one that may be used
+    ToolMissing,     // no executable importer beside the program
+    PackageFolder,   // the folder for finished packages cannot be made
+    TemporaryFolder, // the private job folder cannot be made
+    StationName,     // a station's name is empty or too long
+    HandOver,        // the hand-over files cannot be written
+    OutputFolder,    // the new package's folder cannot be prepared
+    Log,             // the log cannot be opened
 };
 
 // A file that the program writes for the tool or beside the finished package.
@@ -28,19 +28,20 @@ struct JobFile {
     QByteArray bytes;
 };
 
-// One run of the importer tool, ready to start: values, and what was prepared on disk. Whoever holds
-// a plan owns its temporary folder and removes it (`finishJob` does, and so does a failed start).
+// One run of the importer tool, ready to start: values, and what was prepared on disk. Whoever
+// holds a plan owns its temporary folder and removes it (`finishJob` does, and so does a failed
+// start).
 struct JobPlan {
-    QString tool;             // absolute path of the importer
-    QStringList arguments;    // without the program name
-    QString temporaryFolder;  // working directory: hand-over files and log
-    QString logPath;          // inside `temporaryFolder`
-    platform::UniqueFd log;   // open for writing: output and errors of the tool
-    QString supportFolder;    // where pointer file and last log go
-    QString outputFolder;     // where the tool puts the package; made by the tool
-    QStringList requiredFiles;// in `outputFolder`; the first is the package's main file
-    QString pointerName;      // in `supportFolder`; leads to the main file
-    QList<JobFile> packageFiles;                  // laid beside the package on success
+    QString tool;                // absolute path of the importer
+    QStringList arguments;       // without the program name
+    QString temporaryFolder;     // working directory: hand-over files and log
+    QString logPath;             // inside `temporaryFolder`
+    platform::UniqueFd log;      // open for writing: output and errors of the tool
+    QString supportFolder;       // where pointer file and last log go
+    QString outputFolder;        // where the tool puts the package; made by the tool
+    QStringList requiredFiles;   // in `outputFolder`; the first is the package's main file
+    QString pointerName;         // in `supportFolder`; leads to the main file
+    QList<JobFile> packageFiles; // laid beside the package on success
     QString (*failureDetail)(const QString& log); // what a log says about a failure
 };
 

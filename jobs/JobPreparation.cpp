@@ -29,6 +29,12 @@ QString userDataFolder() {
 #endif
 }
 
+// The toolkit's own answer passes over a folder that is named but missing.
+QString systemTemporaryFolder() {
+    const QString named = qEnvironmentVariable("TMPDIR");
+    return named.isEmpty() ? QDir::tempPath() : named;
+}
+
 bool write(const TemporaryJobFolder& folder, const JobFile& file) {
     // The folder does not outlive the job, so nothing is gained by waiting for the disk.
     return !platform::replaceFile(filePath(folder.file(file.name)), file.bytes,
@@ -52,7 +58,7 @@ std::optional<QString> importerTool(const QString& folder) {
 
 std::optional<TemporaryJobFolder> TemporaryJobFolder::make(const QString& name,
                                                            platform::Parents parents) {
-    const QString path = QDir(QDir::tempPath()).absoluteFilePath(name);
+    const QString path = QDir(systemTemporaryFolder()).absoluteFilePath(name);
     if (platform::createPrivateFolder(filePath(path), parents))
         return std::nullopt;
     return TemporaryJobFolder(path);
@@ -66,7 +72,9 @@ TemporaryJobFolder::~TemporaryJobFolder() {
         QDir(path_).removeRecursively();
 }
 
-QString TemporaryJobFolder::release() { return std::exchange(path_, {}); }
+QString TemporaryJobFolder::release() {
+    return std::exchange(path_, {});
+}
 
 Preparation prepareJob(const JobValues& values, const JobInputs& inputs,
                        const QString& toolFolder) {

@@ -63,5 +63,4 @@ struct JobInputs {
 
 // Makes everything that the tool needs, in this order: the folder for packages, the private
 // temporary folder, the files in it, the log. `toolFolder` is where the importer lies. Main thread.
-Preparation prepareJob(const JobValues& values, const JobInputs& inputs,
-                       const QString& toolFolder);
+Preparation prepareJob(const JobValues& values, const JobInputs& inputs, const QString& toolFolder);

@@ -2,8 +2,8 @@
 
 #include "FailureDetail.h"
 #include "HttpsAddress.h"
-#include "WorkNames.h"
 #include "JobPreparation.h"
+#include "WorkNames.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -85,13 +85,15 @@ Preparation preparePlaceImport(const PlaceRequest& request, const QString& toolF
     const JobFile selected{u"photon-selected.json"_s, selectedFeatureCollection(request.feature)};
     const JobFile search{u"photon-search.json"_s, request.photonResponse};
     const JobFile choice{u"import-choice.json"_s, placeChoiceRecord(request)};
-    return prepareJob(
-        placeValues(),
-        {
-            .packageName = placeFolderName(request.name, now, QUuid::createUuid()),
-            .handOver = [&] { return QList{selected, search}; },
-            .arguments = std::bind_front(placeArguments, std::cref(request)),
-            .packageFiles = {search, choice},
-        },
-        toolFolder);
+    return prepareJob(placeValues(),
+                      {
+                          .packageName = placeFolderName(request.name, now, QUuid::createUuid()),
+                          .handOver =
+                              [&] {
+                                  return QList{selected, search};
+                              },
+                          .arguments = std::bind_front(placeArguments, std::cref(request)),
+                          .packageFiles = {search, choice},
+                      },
+                      toolFolder);
 }

@@ -17,10 +17,11 @@ QString withoutDiacritics(const QString& text) {
     return folded;
 }
 
-bool isSlugCharacter(QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9'); }
+bool isSlugCharacter(QChar c) {
+    return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9');
+}
 
-QString folderName(const QString& slug, const QDateTime& now, const QUuid& uuid,
-                   qsizetype digits) {
+QString folderName(const QString& slug, const QDateTime& now, const QUuid& uuid, qsizetype digits) {
     // The C locale: the name must not change with the person's calendar or digits.
     return u"%1-%2-%3"_s.arg(slug, QLocale::c().toString(now, u"yyyyMMdd-HHmmss"),
                              upperCaseText(uuid).first(digits));

@@ -53,7 +53,8 @@ TEST_F(FailureDetail, place_keeps_the_last_650_units) {
 TEST_F(FailureDetail, place_masks_service_addresses_in_any_case) {
     EXPECT_EQ(place("FEHLER: Dienst (https://a.example/x?y=z) antwortet nicht"),
               u"Dienst ([Datendienst] antwortet nicht"_s);
-    EXPECT_EQ(place("FEHLER: HTTP://a und https://b.c\nund"), u"[Datendienst] und [Datendienst]\nund"_s);
+    EXPECT_EQ(place("FEHLER: HTTP://a und https://b.c\nund"),
+              u"[Datendienst] und [Datendienst]\nund"_s);
     EXPECT_EQ(place("FEHLER: ftp://a http:/b"), u"ftp://a http:/b"_s);
 }
 
@@ -109,7 +110,8 @@ TEST_F(FailureDetail, route_takes_the_last_line_with_text_without_a_marker) {
 
 TEST_F(FailureDetail, route_never_shows_a_line_whose_beginning_was_cut_off) {
     // The cut falls into the first line, and nothing but blanks follows it.
-    EXPECT_EQ(route("FEHLER: " + QByteArray(20000, 'x') + "\n" + QByteArray(16000, ' ')), QString());
+    EXPECT_EQ(route("FEHLER: " + QByteArray(20000, 'x') + "\n" + QByteArray(16000, ' ')),
+              QString());
     // Without any line feed there is nothing to start after.
     EXPECT_EQ(route(QByteArray(20000, 'x')), QString(500, u'x'));
 }
@@ -134,6 +136,7 @@ TEST_F(FailureDetail, route_cuts_at_500_without_splitting_a_character) {
     const QByteArray begin = "FEHLER: " + QByteArray(499, 'x');
     EXPECT_EQ(route(begin + QByteArray(101, 'y')), QString(499, u'x') + u'y');
     EXPECT_EQ(route("FEHLER: " + QByteArray(500, 'x')), QString(500, u'x'));
-    EXPECT_EQ(route(begin + "👨‍👩‍👧‍👦" + QByteArray(90, 'y')), QString(499, u'x') + u"👨‍👩‍👧‍👦"_s);
+    EXPECT_EQ(route(begin + "👨‍👩‍👧‍👦" + QByteArray(90, 'y')),
+              QString(499, u'x') + u"👨‍👩‍👧‍👦"_s);
     EXPECT_EQ(route(begin + "e\xcc\x81" + QByteArray(99, 'y')), QString(499, u'x') + u"e\u0301"_s);
 }

@@ -38,21 +38,22 @@ protected:
         const QString tool = root_.filePath(u"tool"_s);
         write(tool, "#!/bin/sh\n" + script);
         QFile::setPermissions(tool, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        EXPECT_FALSE(platform::createPrivateFolder(temporary_.toStdString(),
-                                                   platform::Parents::mustExist));
+        EXPECT_FALSE(
+            platform::createPrivateFolder(temporary_.toStdString(), platform::Parents::mustExist));
         auto log = platform::createPrivateLog((temporary_ + u"/import.log"_s).toStdString());
         EXPECT_FALSE(log.failure);
-        return {.tool = tool,
-                .arguments = {output_, u"two words"_s},
-                .temporaryFolder = temporary_,
-                .logPath = temporary_ + u"/import.log"_s,
-                .log = std::move(log.file),
-                .supportFolder = support_,
-                .outputFolder = output_,
-                .requiredFiles = {u"origin.nxd"_s, u"norvaxel3d.json"_s},
-                .pointerName = u"last-import.txt"_s,
-                .packageFiles = {{u"extra.json"_s, "extra"}},
-                .failureDetail = [](const QString& path) { return QString::fromUtf8(contents(path)); }};
+        return {
+            .tool = tool,
+            .arguments = {output_, u"two words"_s},
+            .temporaryFolder = temporary_,
+            .logPath = temporary_ + u"/import.log"_s,
+            .log = std::move(log.file),
+            .supportFolder = support_,
+            .outputFolder = output_,
+            .requiredFiles = {u"origin.nxd"_s, u"norvaxel3d.json"_s},
+            .pointerName = u"last-import.txt"_s,
+            .packageFiles = {{u"extra.json"_s, "extra"}},
+            .failureDetail = [](const QString& path) { return QString::fromUtf8(contents(path)); }};
     }
 
     JobReport run(const QByteArray& script) {
