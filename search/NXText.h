@@ -4,7 +4,11 @@
 #include <QString>
 
 // The text without leading and trailing white space and line breaks.
-inline QString NXText(const QString& text) { return text.trimmed(); }
+inline QString NXText(const QString& text) {
+    return text.trimmed();
+}
 
 // The same for a JSON value; empty for everything that is not a text.
-inline QString NXText(const QJsonValue& value) { return value.toString().trimmed(); }
+inline QString NXText(const QJsonValue& value) {
+    return value.toString().trimmed();
+}

@@ -1,0 +1,56 @@
+#include "FileBrowser.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStringList>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+#ifdef Q_OS_MACOS
+
+bool select(const QString& path) {
+    return QProcess::startDetached(u"/usr/bin/open"_s, {u"-R"_s, path});
+}
+
+#else
+
+constexpr int patience = 2000; // ms
+
+void openFolderOf(const QString& path) {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).path()));
+}
+
+// File managers offer this (freedesktop.org, "File Manager D-Bus Interface").
+QDBusMessage showItems(const QString& path) {
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
+        u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
+    const QString address = QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
+    call.setArguments({QStringList{address}, QString()});
+    return call;
+}
+
+#endif
+
+} // namespace
+
+void platform::showInFileBrowser(const QString& path) {
+#ifdef Q_OS_MACOS
+    select(path);
+#else
+    auto* reply = new QDBusPendingCallWatcher(
+        QDBusConnection::sessionBus().asyncCall(showItems(path), patience));
+    QObject::connect(reply, &QDBusPendingCallWatcher::finished, reply, [reply, path] {
+        if (reply->isError())
+            openFolderOf(path);
+        reply->deleteLater();
+    });
+#endif
+}
