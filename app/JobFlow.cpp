@@ -1,6 +1,7 @@
 #include "NXImportApp.h"
 
 #include "Field.h"
+#include "FileBrowser.h"
 #include "NXLocal.h"
 #include "NXPhotonSearch.h"
 #include "PlaceImport.h"
@@ -28,8 +29,10 @@ QString toolFolder() {
 } // namespace
 
 void NXImportApp::download() {
-    if (routeMode())
+    if (routeMode()) {
+        calculateRoute();
         return;
+    }
     const int row = window_->selectedResult();
     if (importing_ || searching_ || row < 0 || row >= results_.size())
         return;
@@ -49,6 +52,18 @@ void NXImportApp::download() {
              preparePlaceImport(request, toolFolder(), QDateTime::currentDateTime()));
 }
 
+void NXImportApp::calculateRoute() {
+    if (busy())
+        return;
+    const RouteRequest request{
+        .stations = stations_.stations(),
+        .endpoint = window_->routeEndpointField->text(),
+        .travel = static_cast<Travel>(window_->travel->selectedSegment()),
+    };
+    startJob(JobKind::Route,
+             prepareRouteImport(request, toolFolder(), QDateTime::currentDateTime()));
+}
+
 void NXImportApp::startJob(JobKind kind, Preparation preparation) {
     if (const auto* refusal = std::get_if<Refusal>(&preparation)) {
         setStatus(refusalText(kind, *refusal), StatusKind::Error);
@@ -60,8 +75,8 @@ void NXImportApp::startJob(JobKind kind, Preparation preparation) {
     setStatus(progressText(kind, static_cast<Travel>(window_->travel->selectedSegment())),
               StatusKind::Plain);
     updateControls();
-    const auto failure = importTask_->start(
-        [app = QPointer(this), kind](const auto& job, const JobReport& report) {
+    const auto failure =
+        importTask_->start([app = QPointer(this), kind](const auto& job, const JobReport& report) {
             if (app)
                 app->jobEnded(kind, job, report);
         });
@@ -85,7 +100,9 @@ void NXImportApp::jobEnded(JobKind kind, const std::shared_ptr<ImporterJob>& job
     const QString message = outcomeText(kind, report);
     setStatus(message, failed ? StatusKind::Error : StatusKind::Plain);
     updateControls();
-    if (failed)
+    if (terminationPending_)
+        window_->close();
+    else if (failed)
         window_->showAlert(failureTitle(kind), message, NXLocal(u"OK"_s));
 }
 
@@ -105,4 +122,29 @@ void NXImportApp::cancel() {
         // The controls follow when the tool has ended.
         setStatus(stoppingText(routeMode() ? JobKind::Route : JobKind::Place), StatusKind::Plain);
     }
+}
+
+void NXImportApp::showInFinder() {
+    if (completed_)
+        platform::showInFileBrowser(completed_->directory + u'/' + completed_->filename);
+}
+
+bool NXImportApp::applicationShouldTerminate() {
+    if (!importing_) {
+        // Also where an alert or a dialog is open.
+        QCoreApplication::exit();
+        return true;
+    }
+    if (!terminationPending_) {
+        terminationPending_ = true;
+        cancel();
+    }
+    return false;
+}
+
+void NXImportApp::applicationWillTerminate() {
+    if (searchTask_)
+        searchTask_->cancel();
+    if (importTask_)
+        importTask_->stop();
 }

@@ -11,7 +11,8 @@ QString placeRefusal(Refusal refusal) {
     case Refusal::ServiceAddress:
         return NXLocal(u"Der Datendienst braucht eine gültige HTTPS-Adresse ohne Zugangsdaten."_s);
     case Refusal::ToolMissing:
-        return NXLocal(u"Der Ortsimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren."_s);
+        return NXLocal(
+            u"Der Ortsimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren."_s);
     case Refusal::PackageFolder:
     case Refusal::OutputFolder:
         return NXLocal(u"Der Ordner für Ortsdaten konnte nicht angelegt werden."_s);
@@ -31,15 +32,18 @@ QString placeRefusal(Refusal refusal) {
 QString routeRefusal(Refusal refusal) {
     switch (refusal) {
     case Refusal::ServiceAddress:
-        return NXLocal(u"Der Routingdienst braucht eine gültige HTTPS-Adresse ohne Zugangsdaten, Suchparameter oder Fragment."_s);
+        return NXLocal(
+            u"Der Routingdienst braucht eine gültige HTTPS-Adresse ohne Zugangsdaten, Suchparameter oder Fragment."_s);
     case Refusal::ToolMissing:
-        return NXLocal(u"Der Routenimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren."_s);
+        return NXLocal(
+            u"Der Routenimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren."_s);
     case Refusal::PackageFolder:
         return NXLocal(u"Der Ordner für gespeicherte Routen konnte nicht angelegt werden."_s);
     case Refusal::TemporaryFolder:
         return NXLocal(u"Der temporäre Routenordner konnte nicht angelegt werden."_s);
     case Refusal::StationName:
-        return NXLocal(u"Ein Stationsname ist zu lang. Wähle einen eindeutig benannten Ort oder eine Adresse aus."_s);
+        return NXLocal(
+            u"Ein Stationsname ist zu lang. Wähle einen eindeutig benannten Ort oder eine Adresse aus."_s);
     case Refusal::HandOver:
         return NXLocal(u"Die ausgewählten Stationen konnten nicht vorbereitet werden."_s);
     case Refusal::OutputFolder:
@@ -59,14 +63,17 @@ QString placeOutcome(const JobReport& report) {
     case JobOutcome::Succeeded:
         return NXLocal(u"Norvaxel-3D-Paket fertig – im Plugin »Letzten Import laden« wählen."_s);
     case JobOutcome::SucceededWithoutPointer:
-        return NXLocal(u"Ortsdaten sind fertig. Die Verbindung zu Resolve konnte nicht gespeichert werden. Öffne den Ordner und wähle origin.nxd im Plugin."_s);
+        return NXLocal(
+            u"Ortsdaten sind fertig. Die Verbindung zu Resolve konnte nicht gespeichert werden. Öffne den Ordner und wähle origin.nxd im Plugin."_s);
     case JobOutcome::Failed:
         break;
     }
     if (report.failureDetail.isEmpty())
-        return NXLocal(u"Die Ortsdaten konnten nicht geladen werden. Prüfe Verbindung und Datendienst oder wähle einen kleineren Umkreis."_s);
+        return NXLocal(
+            u"Die Ortsdaten konnten nicht geladen werden. Prüfe Verbindung und Datendienst oder wähle einen kleineren Umkreis."_s);
     return filled(
-        NXLocal(u"Download fehlgeschlagen: %@\nVersuche einen kleineren Umkreis oder einen anderen Datendienst."_s),
+        NXLocal(
+            u"Download fehlgeschlagen: %@\nVersuche einen kleineren Umkreis oder einen anderen Datendienst."_s),
         {report.failureDetail});
 }
 
@@ -75,14 +82,17 @@ QString routeOutcome(const JobReport& report) {
     case JobOutcome::Cancelled:
         return NXLocal(u"Routenberechnung abgebrochen. Deine Stationen bleiben erhalten."_s);
     case JobOutcome::Succeeded:
-        return NXLocal(u"Norvaxel-3D-Paket fertig: Route, Gebäude und Gelände – im Plugin »Letzten Import laden« wählen. Das Paket rendert offline."_s);
+        return NXLocal(
+            u"Norvaxel-3D-Paket fertig: Route, Gebäude und Gelände – im Plugin »Letzten Import laden« wählen. Das Paket rendert offline."_s);
     case JobOutcome::SucceededWithoutPointer:
-        return NXLocal(u"Das Paket ist gespeichert. Öffne den Ordner und wähle route.nxd im Plugin; die Verbindung zu Resolve konnte nicht gespeichert werden."_s);
+        return NXLocal(
+            u"Das Paket ist gespeichert. Öffne den Ordner und wähle route.nxd im Plugin; die Verbindung zu Resolve konnte nicht gespeichert werden."_s);
     case JobOutcome::Failed:
         break;
     }
     if (report.failureDetail.isEmpty())
-        return NXLocal(u"Das Norvaxel-3D-Paket konnte nicht vollständig geladen werden. Prüfe Internet und Stationen; für sehr lange Strecken kürzere Abschnitte berechnen."_s);
+        return NXLocal(
+            u"Das Norvaxel-3D-Paket konnte nicht vollständig geladen werden. Prüfe Internet und Stationen; für sehr lange Strecken kürzere Abschnitte berechnen."_s);
     return filled(NXLocal(u"Berechnung fehlgeschlagen: %@"_s), {report.failureDetail});
 }
 
@@ -94,7 +104,8 @@ QString refusalText(JobKind kind, Refusal refusal) {
 
 QString startFailureText(JobKind kind, const std::error_code& failure) {
     if (kind == JobKind::Route)
-        return NXLocal(u"Die mitgelieferte Routenberechnung konnte nicht starten. Bitte das vollständige Plugin installieren."_s);
+        return NXLocal(
+            u"Die mitgelieferte Routenberechnung konnte nicht starten. Bitte das vollständige Plugin installieren."_s);
     const QString reason = QString::fromLocal8Bit(failure.message());
     return filled(NXLocal(u"Der mitgelieferte Ortsimport konnte nicht starten: %@"_s),
                   {reason.isEmpty() ? NXLocal(u"Unbekannter Startfehler"_s) : reason});
@@ -102,16 +113,20 @@ QString startFailureText(JobKind kind, const std::error_code& failure) {
 
 QString progressText(JobKind kind, Travel travel) {
     if (kind == JobKind::Place)
-        return NXLocal(u"Ortsdaten, Gebäude und Gelände werden für Norvaxel 3D geladen. Das kann etwas dauern …"_s);
+        return NXLocal(
+            u"Ortsdaten, Gebäude und Gelände werden für Norvaxel 3D geladen. Das kann etwas dauern …"_s);
     switch (travel) {
     case Travel::Train:
-        return NXLocal(u"Gleisverlauf, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken brauchen einige Minuten …"_s);
+        return NXLocal(
+            u"Gleisverlauf, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken brauchen einige Minuten …"_s);
     case Travel::Flight:
-        return NXLocal(u"Flugbogen, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken brauchen einige Minuten …"_s);
+        return NXLocal(
+            u"Flugbogen, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken brauchen einige Minuten …"_s);
     case Travel::Car:
         break;
     }
-    return NXLocal(u"Route, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken brauchen einige Minuten …"_s);
+    return NXLocal(
+        u"Route, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken brauchen einige Minuten …"_s);
 }
 
 QString stoppingText(JobKind kind) {

@@ -14,19 +14,17 @@ namespace {
 
 // In their own words, in the order of nxui::languageCodes; never translated.
 const QStringList& languageNames() {
-    static const QStringList names{u"Deutsch"_s, u"English"_s,  u"Русский"_s, u"Español"_s,
+    static const QStringList names{u"Deutsch"_s,  u"English"_s,   u"Русский"_s,  u"Español"_s,
                                    u"Français"_s, u"Português"_s, u"Italiano"_s, u"Polski"_s,
-                                   u"Türkçe"_s,  u"简体中文"_s, u"日本語"_s,  u"한국어"_s,
-                                   u"العربية"_s, u"हिन्दी"_s};
+                                   u"Türkçe"_s,   u"简体中文"_s,  u"日本語"_s,   u"한국어"_s,
+                                   u"العربية"_s,  u"हिन्दी"_s};
     return names;
 }
-
-std::string home() { return qgetenv("HOME").toStdString(); }
 
 // The pop-up's entry for the language in use; 0 for none.
 int entryInUse() {
     constexpr auto product = nxui::Product::ThreeD;
-    const std::string stored = nxui::readLanguage(product, home());
+    const std::string stored = nxui::readLanguage(product, nxui::homeDirectory());
     const std::string code = stored.empty() ? nxui::currentLanguage(product) : stored;
     const auto found = std::ranges::find(nxui::languageCodes, code);
     return found == nxui::languageCodes.end()
@@ -56,7 +54,9 @@ std::string LanguageDialog::chosenLanguage() const {
 look::Panel* makeLanguageConfirmation(const std::string& language, QWidget* parent) {
     auto* panel = new look::Panel(
         look::PanelKind::Dialog, localText(u"Sprache gespeichert"_s, language),
-        localText(u"Die neue Sprache ist gespeichert. Dieses Suchfenster wird beim nächsten Öffnen aktualisiert. Bitte DaVinci Resolve neu starten."_s, language),
+        localText(
+            u"Die neue Sprache ist gespeichert. Dieses Suchfenster wird beim nächsten Öffnen aktualisiert. Bitte DaVinci Resolve neu starten."_s,
+            language),
         parent);
     panel->setLayoutDirection(language == "ar" ? Qt::RightToLeft : Qt::LeftToRight);
     // The same in every language.

@@ -94,8 +94,8 @@ MainWindow::MainWindow(bool startsInRouteMode) {
     column->addLayout(makeLists());
     mapOptions = named("mapOptions", makeMapOptions());
     column->addWidget(mapOptions);
-    endpointField = named("endpointField",
-                          makeAddressField(FieldKind::Service, NXLocal(u"Datendienst"_s)));
+    endpointField =
+        named("endpointField", makeAddressField(FieldKind::Service, NXLocal(u"Datendienst"_s)));
     column->addWidget(endpointField);
     routeOptions = named("routeOptions", makeRouteOptions());
     column->addWidget(routeOptions);
@@ -129,9 +129,9 @@ QWidget* MainWindow::makeHeader() {
     auto* title = makeLabel(26, look::colours::label, NXLocal(u"Norvaxel 3D"_s));
     title->setFont(look::titleFont());
     texts->addWidget(title);
-    subtitle = named("subtitle",
-                     makeLabel(13, look::colours::secondary,
-                               NXLocal(u"Orte und Routen mit Gebäuden und Gelände."_s)));
+    subtitle =
+        named("subtitle", makeLabel(13, look::colours::secondary,
+                                    NXLocal(u"Orte und Routen mit Gebäuden und Gelände."_s)));
     texts->addWidget(subtitle);
     line->addLayout(texts);
     return header;
@@ -166,8 +166,8 @@ QBoxLayout* MainWindow::makeLists() {
 }
 
 QWidget* MainWindow::makeRoutePane() {
-    stationHint = named("stationHint", makeLabel(12, look::colours::secondary,
-                                                 NXLocal(u"Stationen · 0 / 32"_s)));
+    stationHint = named("stationHint",
+                        makeLabel(12, look::colours::secondary, NXLocal(u"Stationen · 0 / 32"_s)));
     addStationButton = named("addStationButton",
                              new Button(ButtonKind::Small, NXLocal(u"Als Station hinzufügen"_s)));
     stationTable = named("stationTable", new look::PlaceList);
@@ -198,13 +198,12 @@ QWidget* MainWindow::makeRoutePane() {
 
 QWidget* MainWindow::makeMapOptions() {
     radius = named("radius", new look::PopUp(102));
-    radius->addItems({NXLocal(u"400 m"_s), NXLocal(u"800 m"_s), NXLocal(u"1,2 km"_s),
-                      NXLocal(u"2 km"_s)});
+    radius->addItems(
+        {NXLocal(u"400 m"_s), NXLocal(u"800 m"_s), NXLocal(u"1,2 km"_s), NXLocal(u"2 km"_s)});
     radius->setCurrentIndex(1);
     endpoint = named("endpoint", new look::PopUp(218));
     endpoint->addItems({NXLocal(u"OpenStreetMap direkt"_s), NXLocal(u"Overpass · Standard"_s),
-                        NXLocal(u"Overpass · Alternative"_s),
-                        NXLocal(u"Eigene HTTPS-Adresse"_s)});
+                        NXLocal(u"Overpass · Alternative"_s), NXLocal(u"Eigene HTTPS-Adresse"_s)});
     // A pop-up is announced by its caption: on Linux it has no other name.
     Label* radiusCaption = makeLabel(12, look::colours::secondary, NXLocal(u"Umkreis"_s));
     radiusCaption->setBuddy(radius);
@@ -230,22 +229,27 @@ QWidget* MainWindow::makeRouteOptions() {
                                       {NXLocal(u"Auto"_s), NXLocal(u"Zug"_s), NXLocal(u"Flug"_s)}));
     travel->setAccessibleName(travelText);
     travel->setSelectedSegment(0);
-    travel->setToolTip(NXLocal(u"Auto: Straßenroute über den Routingdienst. Zug: entlang echter Gleise aus OpenStreetMap. Flug: Bogen in der Höhe zwischen den Stationen. Gebäude und Gelände kommen immer mit."_s));
+    travel->setToolTip(NXLocal(
+        u"Auto: Straßenroute über den Routingdienst. Zug: entlang echter Gleise aus OpenStreetMap. Flug: Bogen in der Höhe zwischen den Stationen. Gebäude und Gelände kommen immer mit."_s));
 
     const QString routingText = NXLocal(u"Routingdienst · eigene HTTPS-Adresse optional"_s);
     Label* routingCaption = makeLabel(11, look::colours::secondary, routingText);
     // The texts of a route without a package come first and are replaced: every route of this
     // program brings one.
-    routeMapCheckbox = named("routeMapCheckbox", new QCheckBox(NXLocal(u"Straßenkarte mitladen"_s)));
+    routeMapCheckbox =
+        named("routeMapCheckbox", new QCheckBox(NXLocal(u"Straßenkarte mitladen"_s)));
     routeMapCheckbox->setFont(look::font(12));
-    routeMapCheckbox->setToolTip(NXLocal(u"Mit Route berechnen auch die passende OpenFreeMap-Straßenkarte herunterladen. Benötigt Internet; danach ist die gespeicherte Karte offline nutzbar."_s));
+    routeMapCheckbox->setToolTip(NXLocal(
+        u"Mit Route berechnen auch die passende OpenFreeMap-Straßenkarte herunterladen. Benötigt Internet; danach ist die gespeicherte Karte offline nutzbar."_s));
     routeMapCheckbox->setChecked(true);
     look::setLiteralText(routeMapCheckbox, NXLocal(u"3D-Paket: Gebäude, Straßen, Gelände"_s));
-    routeMapCheckbox->setToolTip(NXLocal(u"Norvaxel 3D lädt zu jeder Route Gebäude und Straßen entlang der ganzen Strecke sowie das Gelände. Benötigt Internet; danach rendert das Paket offline."_s));
+    routeMapCheckbox->setToolTip(NXLocal(
+        u"Norvaxel 3D lädt zu jeder Route Gebäude und Straßen entlang der ganzen Strecke sowie das Gelände. Benötigt Internet; danach rendert das Paket offline."_s));
     routeEndpointField =
         named("routeEndpointField", makeAddressField(FieldKind::Routing, routingText));
     routeEndpointField->setText(services::routing);
-    routeEndpointField->setToolTip(NXLocal(u"Optional: eigener kompatibler HTTPS-Routingdienst ohne Zugangsdaten. Die Standardadresse verwendet öffentliche OSM-Daten."_s));
+    routeEndpointField->setToolTip(NXLocal(
+        u"Optional: eigener kompatibler HTTPS-Routingdienst ohne Zugangsdaten. Die Standardadresse verwendet öffentliche OSM-Daten."_s));
 
     auto* line = row<QHBoxLayout>();
     // Where the line runs out of room, the routing caption is the one that is elided.
@@ -296,8 +300,14 @@ void MainWindow::showAlert(const QString& title, const QString& message, const Q
     alert->open();
 }
 
-int MainWindow::selectedResult() const { return selectedRow(*table); }
+int MainWindow::selectedResult() const {
+    return selectedRow(*table);
+}
 
-int MainWindow::selectedStation() const { return selectedRow(*stationTable); }
+int MainWindow::selectedStation() const {
+    return selectedRow(*stationTable);
+}
 
-void MainWindow::closeEvent(QCloseEvent* event) { event->setAccepted(mayClose()); }
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->setAccepted(mayClose());
+}

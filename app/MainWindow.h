@@ -16,7 +16,7 @@ class PlaceList;
 class PopUp;
 class Segments;
 class Spinner;
-}
+} // namespace look
 
 enum class StatusKind { Plain, Error };
 

@@ -12,7 +12,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // What the menu's editing items act on: the field that the person types in, if there is one.
-QLineEdit* focusedField() { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); }
+QLineEdit* focusedField() {
+    return qobject_cast<QLineEdit*>(QApplication::focusWidget());
+}
 
 // Whether an editing item changes the text.
 enum class Change { No, Yes };
@@ -45,18 +47,16 @@ void NXImportApp::makeMenu() {
     };
 
     QMenu* application = addMenu(u"Norvaxel"_s);
-    addItem(application, NXLocal(u"Norvaxel beenden"_s), Qt::CTRL | Qt::Key_Q, [w] { w->close(); })
-        ->setMenuRole(QAction::QuitRole);
+    addItem(application, NXLocal(u"Norvaxel beenden"_s), Qt::CTRL | Qt::Key_Q, [w] {
+        w->close();
+    })->setMenuRole(QAction::QuitRole);
 
     QMenu* edit = addMenu(NXLocal(u"Bearbeiten"_s));
-    addEdit(edit, NXLocal(u"Ausschneiden"_s), QKeySequence::Cut, Change::Yes,
-            &QLineEdit::cut);
-    addEdit(edit, NXLocal(u"Kopieren"_s), QKeySequence::Copy, Change::No,
-            &QLineEdit::copy);
-    addEdit(edit, NXLocal(u"Einfügen"_s), QKeySequence::Paste, Change::Yes,
-            &QLineEdit::paste);
-    addEdit(edit, NXLocal(u"Alles auswählen"_s), QKeySequence::SelectAll,
-            Change::No, &QLineEdit::selectAll);
+    addEdit(edit, NXLocal(u"Ausschneiden"_s), QKeySequence::Cut, Change::Yes, &QLineEdit::cut);
+    addEdit(edit, NXLocal(u"Kopieren"_s), QKeySequence::Copy, Change::No, &QLineEdit::copy);
+    addEdit(edit, NXLocal(u"Einfügen"_s), QKeySequence::Paste, Change::Yes, &QLineEdit::paste);
+    addEdit(edit, NXLocal(u"Alles auswählen"_s), QKeySequence::SelectAll, Change::No,
+            &QLineEdit::selectAll);
     // The toolkit's own menu would speak the desktop's language, not the window's.
     for (QLineEdit* field : w->findChildren<QLineEdit*>()) {
         field->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -68,6 +68,7 @@ void NXImportApp::makeMenu() {
 
     QMenu* window = addMenu(NXLocal(u"Fenster"_s));
     addItem(window, NXLocal(u"Schließen"_s), Qt::CTRL | Qt::Key_W, [w] { w->close(); });
-    addItem(window, NXLocal(u"Im Dock ablegen"_s), Qt::CTRL | Qt::Key_M, [w] { w->showMinimized(); });
+    addItem(window, NXLocal(u"Im Dock ablegen"_s), Qt::CTRL | Qt::Key_M,
+            [w] { w->showMinimized(); });
     addItem(window, NXLocal(u"Zoomen"_s), {}, [w] { zoom(w); });
 }

@@ -5,15 +5,18 @@
 #include "Field.h"
 #include "Label.h"
 #include "Language.h"
+#include "LanguageDialog.h"
 #include "NXLocal.h"
 #include "PlaceList.h"
 #include "PopUp.h"
+#include "QuitSignals.h"
 #include "Segments.h"
 #include "Services.h"
 #include "Spinner.h"
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QPointer>
 #include <QShortcut>
 
 #include <array>
@@ -33,6 +36,12 @@ void NXImportApp::applicationDidFinishLaunching() {
     QApplication::setLayoutDirection(readsFromRight ? Qt::RightToLeft : Qt::LeftToRight);
     makeWindow();
     makeMenu();
+    window_->mayClose = [this] { return applicationShouldTerminate(); };
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &NXImportApp::applicationWillTerminate);
+    platform::takeQuitSignals([app = QPointer(this)] {
+        if (app)
+            app->window_->close();
+    });
     window_->showCentred();
 }
 
@@ -61,10 +70,25 @@ void NXImportApp::connectControls() {
     connect(w->stationTable->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &NXImportApp::updateControls);
     connect(w->downloadButton, &QPushButton::clicked, this, &NXImportApp::download);
+    connect(w->table, &QAbstractItemView::activated, this, &NXImportApp::activateResult);
+    connect(w->addStationButton, &QPushButton::clicked, this, &NXImportApp::addStation);
+    connect(w->removeStationButton, &QPushButton::clicked, this, &NXImportApp::removeStation);
+    connect(w->moveStationUpButton, &QPushButton::clicked, this, [this] { moveStation(-1); });
+    connect(w->moveStationDownButton, &QPushButton::clicked, this, [this] { moveStation(+1); });
+    const auto stationKey = [this, w](const QKeySequence& key, auto act) {
+        new QShortcut(key, w->stationTable, this, act, Qt::WidgetShortcut);
+    };
+    stationKey(Qt::Key_Delete, [this] { removeStation(); });
+    stationKey(Qt::ALT | Qt::Key_Up, [this] { moveStation(-1); });
+    stationKey(Qt::ALT | Qt::Key_Down, [this] { moveStation(+1); });
+    connect(w->languageButton, &QPushButton::clicked, this, &NXImportApp::chooseLanguage);
+    connect(w->finderButton, &QPushButton::clicked, this, &NXImportApp::showInFinder);
     connect(w->cancelButton, &QPushButton::clicked, this, &NXImportApp::cancel);
 }
 
-bool NXImportApp::routeMode() const { return window_->mode->selectedSegment() == 1; }
+bool NXImportApp::routeMode() const {
+    return window_->mode->selectedSegment() == 1;
+}
 
 void NXImportApp::setStatus(const QString& text, StatusKind kind) {
     window_->status->setText(text);
@@ -80,28 +104,35 @@ void NXImportApp::modeChanged() {
         isRoute ? NXLocal(u"Deine Stationen. Straßen, Gebäude und Gelände entlang der Strecke."_s)
                 : NXLocal(u"Ortsdaten mit Gebäuden und Gelände für Norvaxel 3D"_s));
     updateCredits();
-    setStatus(isRoute ? NXLocal(u"Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. Mindestens zwei Stationen sind nötig."_s)
-                      : NXLocal(u"Gib einen Ort ein und starte die Suche."_s),
-              StatusKind::Plain);
+    setStatus(
+        isRoute
+            ? NXLocal(
+                  u"Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. Mindestens zwei Stationen sind nötig."_s)
+            : NXLocal(u"Gib einen Ort ein und starte die Suche."_s),
+        StatusKind::Plain);
     updateControls();
 }
 
 void NXImportApp::updateCredits() {
     window_->credit->setText(
         routeMode()
-            ? NXLocal(u"Photon · OSRM · OpenFreeMap / OpenMapTiles · Terrain Tiles (AWS) · OpenStreetMap-Daten (ODbL)\nInternet erforderlich · lange Strecken laden einige Minuten · das Norvaxel-3D-Paket rendert offline."_s)
-            : NXLocal(u"Photon · OpenStreetMap-Daten (ODbL) · Terrain Tiles (AWS)\nEinmal laden, danach offline in Norvaxel 3D nutzen. Der Umkreis begrenzt den Ausschnitt."_s));
+            ? NXLocal(
+                  u"Photon · OSRM · OpenFreeMap / OpenMapTiles · Terrain Tiles (AWS) · OpenStreetMap-Daten (ODbL)\nInternet erforderlich · lange Strecken laden einige Minuten · das Norvaxel-3D-Paket rendert offline."_s)
+            : NXLocal(
+                  u"Photon · OpenStreetMap-Daten (ODbL) · Terrain Tiles (AWS)\nEinmal laden, danach offline in Norvaxel 3D nutzen. Der Umkreis begrenzt den Ausschnitt."_s));
 }
 
-void NXImportApp::routeMapChanged() { updateCredits(); }
+void NXImportApp::routeMapChanged() {
+    updateCredits();
+}
 
 void NXImportApp::endpointChanged() {
     const int index = window_->endpoint->currentIndex();
     static constexpr std::array addresses{services::openStreetMap, services::overpass,
                                           services::overpassAlternative};
     const bool isFixed = index >= 0 && index < customEndpoint;
-    window_->endpointField->setText(
-        isFixed ? QString(addresses.at(static_cast<size_t>(index))) : QString());
+    window_->endpointField->setText(isFixed ? QString(addresses.at(static_cast<size_t>(index)))
+                                            : QString());
     window_->endpointField->setReadOnly(isFixed);
 }
 
@@ -123,7 +154,7 @@ void NXImportApp::updateControls() {
         .importing = importing_,
         .results = results_.size(),
         .selectedResult = w.selectedResult(),
-        .stations = stationModel_.rowCount(),
+        .stations = stations_.size(),
         .selectedStation = w.selectedStation(),
         .endpointIndex = w.endpoint->currentIndex(),
         .hasCompleted = completed_.has_value(),
@@ -153,4 +184,26 @@ void NXImportApp::updateControls() {
     w.cancelButton->setHidden(states.cancelHidden);
     w.finderButton->setHidden(states.finderHidden);
     w.spinner->setTurning(states.spinning);
+}
+
+void NXImportApp::chooseLanguage() {
+    if (busy())
+        return;
+    auto* dialog = new LanguageDialog(window_.get());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this,
+            [this, dialog] { saveLanguage(dialog->chosenLanguage()); });
+    dialog->open();
+}
+
+void NXImportApp::saveLanguage(const std::string& language) {
+    // The window keeps its language until it is opened again.
+    if (!nxui::saveLanguage(nxui::Product::ThreeD, language, nxui::homeDirectory())) {
+        setStatus(NXLocal(u"Die Sprache konnte nicht lokal gespeichert werden."_s),
+                  StatusKind::Error);
+        return;
+    }
+    look::Panel* confirmation = makeLanguageConfirmation(language, window_.get());
+    confirmation->setAttribute(Qt::WA_DeleteOnClose);
+    confirmation->open();
 }

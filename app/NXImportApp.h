@@ -6,6 +6,7 @@
 #include "MainWindow.h"
 #include "PhotonAnswer.h"
 #include "PlaceListModel.h"
+#include "StationList.h"
 
 #include <QObject>
 
@@ -59,18 +60,35 @@ private:
     void applyAnswer(quint64 generation, const QString& query, const QByteArray& body,
                      const QString& message, QList<ResultRow> rows);
     void focusResults();
+    void activateResult();
+
+    // The stations of a route (StationFlow.cpp)
+    void addStation();
+    void removeStation();
+    void moveStation(int offset);
+    void showStations(std::optional<int> selected, const QString& text);
 
     // Jobs (JobFlow.cpp)
     void download();
+    void calculateRoute();
     void startJob(JobKind kind, Preparation preparation);
     void jobEnded(JobKind kind, const std::shared_ptr<ImporterJob>& job, const JobReport& report);
     void cancel();
+    void showInFinder();
+
+    // Ending the program (JobFlow.cpp)
+    bool applicationShouldTerminate();
+    void applicationWillTerminate();
+
+    void chooseLanguage();
+    void saveLanguage(const std::string& language);
 
     const Mode startMode_;
     std::unique_ptr<MainWindow> window_;
 
     PlaceListModel resultModel_;
     PlaceListModel stationModel_;
+    StationList stations_;
     QList<ResultRow> results_;  // of the search that is shown, at most `mostResults`
     QByteArray photonResponse_; // the answer that `results_` came from; empty without results
     QString searchedQuery_;     // the query that `results_` answer; empty without results
@@ -80,4 +98,5 @@ private:
     quint64 searchGeneration_ = 0;     // an answer to another generation changes nothing
     bool searching_ = false;
     bool importing_ = false;
+    bool terminationPending_ = false; // the program ends as soon as the job has
 };

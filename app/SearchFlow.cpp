@@ -1,5 +1,6 @@
 #include "NXImportApp.h"
 
+#include "Button.h"
 #include "Field.h"
 #include "Label.h"
 #include "MainQueue.h"
@@ -33,23 +34,24 @@ void NXImportApp::search() {
     updateControls();
 
     searchTask_ = NXPhotonSearch::make();
-    searchTask_->start(
-        photonQuery(QUrl(services::geocoder), query),
-        [app = QPointer(this), generation, query](const std::optional<QByteArray>& body,
-                                                  QString message) {
-            QList<ResultRow> rows;
-            if (body) {
-                if (auto answer = readPhotonAnswer(*body, query))
-                    rows = std::move(*answer);
-                else
-                    message = NXLocal(u"Die Ortssuche hat eine unlesbare Antwort geliefert."_s);
-            }
-            // A turn of its own: what the person did while the answer was read comes first.
-            platform::postToMain([=, response = body.value_or(QByteArray())] {
-                if (app)
-                    app->applyAnswer(generation, query, response, message, rows);
-            });
-        });
+    searchTask_->start(photonQuery(QUrl(services::geocoder), query),
+                       [app = QPointer(this), generation,
+                        query](const std::optional<QByteArray>& body, QString message) {
+                           QList<ResultRow> rows;
+                           if (body) {
+                               if (auto answer = readPhotonAnswer(*body, query))
+                                   rows = std::move(*answer);
+                               else
+                                   message = NXLocal(
+                                       u"Die Ortssuche hat eine unlesbare Antwort geliefert."_s);
+                           }
+                           // A turn of its own: what the person did while the answer was read comes
+                           // first.
+                           platform::postToMain([=, response = body.value_or(QByteArray())] {
+                               if (app)
+                                   app->applyAnswer(generation, query, response, message, rows);
+                           });
+                       });
 }
 
 void NXImportApp::applyAnswer(quint64 generation, const QString& query, const QByteArray& body,
@@ -67,8 +69,10 @@ void NXImportApp::applyAnswer(quint64 generation, const QString& query, const QB
         searchedQuery_ = query;
         window_->hint->setText(filled(NXLocal(u"%lu Treffer · bitte den richtigen Ort auswählen"_s),
                                       {results_.size()}));
-        setStatus(NXLocal(u"Wähle einen Treffer aus. Gleichnamige Orte stehen mit Region und Land in der Liste."_s),
-                  StatusKind::Plain);
+        setStatus(
+            NXLocal(
+                u"Wähle einen Treffer aus. Gleichnamige Orte stehen mit Region und Land in der Liste."_s),
+            StatusKind::Plain);
     } else {
         setStatus(NXLocal(u"Kein Ort gefunden. Ergänze den Namen um Land oder Region."_s),
                   StatusKind::Plain);
@@ -105,6 +109,14 @@ void NXImportApp::showResults(QList<ResultRow> rows) {
     for (const ResultRow& row : results_)
         shown.append({row.name, row.detail});
     resultModel_.setRows(shown);
+}
+
+// A double click or Return on a result: on to what comes next in this mode.
+void NXImportApp::activateResult() {
+    if (routeMode())
+        addStation();
+    else
+        window_->downloadButton->setFocus(Qt::TabFocusReason);
 }
 
 void NXImportApp::focusResults() {

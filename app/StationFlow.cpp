@@ -13,10 +13,12 @@ void NXImportApp::addStation() {
     const auto station = stationOf(place.name, place.detail, place.feature);
     if (!station)
         return;
-    showStations(stations_.add(*station),
-                 stations_.size() == 1
-                     ? NXLocal(u"Start gesetzt. Suche jetzt dein Ziel und füge es als Station hinzu."_s)
-                     : NXLocal(u"Station hinzugefügt. Reihenfolge prüfen und Route berechnen."_s));
+    const auto added = stations_.add(*station);
+    showStations(
+        added,
+        stations_.size() == 1
+            ? NXLocal(u"Start gesetzt. Suche jetzt dein Ziel und füge es als Station hinzu."_s)
+            : NXLocal(u"Station hinzugefügt. Reihenfolge prüfen und Route berechnen."_s));
 }
 
 void NXImportApp::removeStation() {
@@ -39,8 +41,8 @@ void NXImportApp::showStations(std::optional<int> selected, const QString& text)
         return; // the edit was not possible
     QList<PlaceRow> rows;
     for (const Station& station : stations_.stations())
-        rows.append({filled(NXLocal(u"%ld · %@"_s), {rows.size() + 1, station.name}),
-                     station.detail});
+        rows.append(
+            {filled(NXLocal(u"%ld · %@"_s), {rows.size() + 1, station.name}), station.detail});
     stationModel_.setRows(rows);
     const QModelIndex index = stationModel_.index(*selected, 0);
     window_->stationTable->setCurrentIndex(index);

@@ -28,7 +28,9 @@ void say(const char* format, long value) {
 
 } // namespace
 
-void FirstFrame::watch() { qApp->installEventFilter(new FirstFrame); }
+void FirstFrame::watch() {
+    qApp->installEventFilter(new FirstFrame);
+}
 
 bool FirstFrame::eventFilter(QObject* watched, QEvent* event) {
     const auto* widget = qobject_cast<QWidget*>(watched);

@@ -35,11 +35,29 @@ double milliseconds(const QElapsedTimer& timer) {
 // Start to exit of curl, its answer going nowhere.
 double bareCurl() {
     std::string url = address().toString(QUrl::FullyEncoded).toStdString();
-    std::array<std::string, 23> words{
-        "curl", "-q", "--silent", "--show-error", "--fail", "--proto", "=https", "--proto-redir",
-        "=https", "--connect-timeout", "10", "--max-time", "20", "--max-filesize", "1048576",
-        "--header", "Accept: application/json", "--user-agent", "Norvaxel-Ortsimport/0.5",
-        "--write-out", "\n%{http_code}", "--url", url};
+    std::array<std::string, 23> words{"curl",
+                                      "-q",
+                                      "--silent",
+                                      "--show-error",
+                                      "--fail",
+                                      "--proto",
+                                      "=https",
+                                      "--proto-redir",
+                                      "=https",
+                                      "--connect-timeout",
+                                      "10",
+                                      "--max-time",
+                                      "20",
+                                      "--max-filesize",
+                                      "1048576",
+                                      "--header",
+                                      "Accept: application/json",
+                                      "--user-agent",
+                                      "Norvaxel-Ortsimport/0.5",
+                                      "--write-out",
+                                      "\n%{http_code}",
+                                      "--url",
+                                      url};
     std::array<char*, words.size() + 1> arguments{};
     std::ranges::transform(words, arguments.begin(), [](std::string& word) { return word.data(); });
     posix_spawn_file_actions_t actions;
@@ -95,6 +113,7 @@ int main(int argc, char* argv[]) {
         ours.push_back(search());
     }
     const double difference = median(ours) - median(bare);
-    std::printf("bare curl %.1f ms, search %.1f ms, difference %.1f ms (at most 15), median of %d\n",
-                median(bare), median(ours), difference, runs);
+    std::printf(
+        "bare curl %.1f ms, search %.1f ms, difference %.1f ms (at most 15), median of %d\n",
+        median(bare), median(ours), difference, runs);
 }

@@ -1,5 +1,5 @@
-// What any window of this toolkit costs: as many controls as ours with as much text, in the toolkit's
-// own style and font.
+// What any window of this toolkit costs: as many controls as ours with as much text, in the
+// toolkit's own style and font.
 #include "FirstFrame.h"
 
 #include <QApplication>
