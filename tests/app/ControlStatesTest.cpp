@@ -7,13 +7,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr ControlInput placeWithSelection{.results = 8, .selectedResult = 0};
-constexpr ControlInput routeWithSelection{.isRouteMode = true,
-                                          .results = 8,
-                                          .selectedResult = 7,
-                                          .stations = 3,
-                                          .selectedStation = 1};
+constexpr ControlInput routeWithSelection{
+    .isRouteMode = true, .results = 8, .selectedResult = 7, .stations = 3, .selectedStation = 1};
 
-ControlInput with(ControlInput input, auto ControlInput::* field, auto value) {
+ControlInput with(ControlInput input, auto ControlInput::*field, auto value) {
     input.*field = value;
     return input;
 }
@@ -21,15 +18,29 @@ ControlInput with(ControlInput input, auto ControlInput::* field, auto value) {
 } // namespace
 
 TEST(ControlStates, the_first_state_of_the_window) {
-    const ControlStates expected{
-        .mode = true, .languageButton = true, .query = true, .searchButton = true,
-        .radius = true, .endpoint = true, .endpointField = true, .endpointFieldEditable = false,
-        .table = true, .stationTable = true, .routeEndpointField = true, .travel = true,
-        .routeMapCheckbox = false,
-        .addStationButton = false, .removeStationButton = false,
-        .moveStationUpButton = false, .moveStationDownButton = false,
-        .downloadButton = false, .downloadTitle = u"Ortsdaten laden"_s,
-        .cancelHidden = true, .finderHidden = true, .spinning = false, .stationCount = 0};
+    const ControlStates expected{.mode = true,
+                                 .languageButton = true,
+                                 .query = true,
+                                 .searchButton = true,
+                                 .radius = true,
+                                 .endpoint = true,
+                                 .endpointField = true,
+                                 .endpointFieldEditable = false,
+                                 .table = true,
+                                 .stationTable = true,
+                                 .routeEndpointField = true,
+                                 .travel = true,
+                                 .routeMapCheckbox = false,
+                                 .addStationButton = false,
+                                 .removeStationButton = false,
+                                 .moveStationUpButton = false,
+                                 .moveStationDownButton = false,
+                                 .downloadButton = false,
+                                 .downloadTitle = u"Ortsdaten laden"_s,
+                                 .cancelHidden = true,
+                                 .finderHidden = true,
+                                 .spinning = false,
+                                 .stationCount = 0};
     EXPECT_EQ(controlStates({}), expected);
 }
 
@@ -49,15 +60,29 @@ TEST(ControlStates, a_job_locks_everything_but_cancel) {
         auto input = with(routeWithSelection, &ControlInput::isRouteMode, route);
         input.importing = true;
         input.endpointIndex = customEndpoint;
-        const ControlStates expected{
-            .mode = false, .languageButton = false, .query = false, .searchButton = false,
-            .radius = false, .endpoint = false, .endpointField = false,
-            .endpointFieldEditable = false, .table = false, .stationTable = false,
-            .routeEndpointField = false, .travel = false, .routeMapCheckbox = false,
-            .addStationButton = false, .removeStationButton = false,
-            .moveStationUpButton = false, .moveStationDownButton = false,
-            .downloadButton = false, .downloadTitle = route ? u"Berechnet …"_s : u"Lädt …"_s,
-            .cancelHidden = false, .finderHidden = true, .spinning = true, .stationCount = 3};
+        const ControlStates expected{.mode = false,
+                                     .languageButton = false,
+                                     .query = false,
+                                     .searchButton = false,
+                                     .radius = false,
+                                     .endpoint = false,
+                                     .endpointField = false,
+                                     .endpointFieldEditable = false,
+                                     .table = false,
+                                     .stationTable = false,
+                                     .routeEndpointField = false,
+                                     .travel = false,
+                                     .routeMapCheckbox = false,
+                                     .addStationButton = false,
+                                     .removeStationButton = false,
+                                     .moveStationUpButton = false,
+                                     .moveStationDownButton = false,
+                                     .downloadButton = false,
+                                     .downloadTitle = route ? u"Berechnet …"_s : u"Lädt …"_s,
+                                     .cancelHidden = false,
+                                     .finderHidden = true,
+                                     .spinning = true,
+                                     .stationCount = 3};
         EXPECT_EQ(controlStates(input), expected);
     }
 }
@@ -97,8 +122,11 @@ TEST(ControlStates, stations_move_within_the_list) {
         int selected;
         bool remove, up, down;
     };
-    for (const Case& c : {Case{-1, false, false, false}, {0, true, false, true},
-                          {1, true, true, true}, {2, true, true, false}, {3, false, false, false}}) {
+    for (const Case& c : {Case{-1, false, false, false},
+                          {0, true, false, true},
+                          {1, true, true, true},
+                          {2, true, true, false},
+                          {3, false, false, false}}) {
         const auto states =
             controlStates(with(routeWithSelection, &ControlInput::selectedStation, c.selected));
         EXPECT_EQ(states.removeStationButton, c.remove) << c.selected;
@@ -147,8 +175,8 @@ TEST(ControlStates, the_map_check_box_is_never_enabled) {
     for (const bool searching : {false, true})
         for (const bool importing : {false, true})
             for (const bool route : {false, true})
-                EXPECT_FALSE(controlStates({.isRouteMode = route,
-                                            .searching = searching,
-                                            .importing = importing})
-                                 .routeMapCheckbox);
+                EXPECT_FALSE(
+                    controlStates(
+                        {.isRouteMode = route, .searching = searching, .importing = importing})
+                        .routeMapCheckbox);
 }

@@ -76,11 +76,12 @@ TEST(PhotonAnswer, the_edges_of_the_earth_are_accepted) {
 }
 
 TEST(PhotonAnswer, a_feature_without_properties_is_named_like_the_query) {
-    for (const char* feature :
-         {R"({"geometry":{"type":"Point","coordinates":[13.405,52.52]}})",
-          R"({"geometry":{"type":"Point","coordinates":[13.405,52.52]},"properties":[1]})",
-          R"({"geometry":{"type":"Point","coordinates":[13.405,52.52]},"properties":{"name":" "}})",
-          R"({"geometry":{"type":"Point","coordinates":[13.405,52.52]},"properties":{"name":7}})"}) {
+    for (
+        const char* feature :
+        {R"({"geometry":{"type":"Point","coordinates":[13.405,52.52]}})",
+         R"({"geometry":{"type":"Point","coordinates":[13.405,52.52]},"properties":[1]})",
+         R"({"geometry":{"type":"Point","coordinates":[13.405,52.52]},"properties":{"name":" "}})",
+         R"({"geometry":{"type":"Point","coordinates":[13.405,52.52]},"properties":{"name":7}})"}) {
         const auto row = rowsOf(answer({feature})).value(0);
         EXPECT_EQ(row.name, u"Anfrage"_s);
         EXPECT_EQ(row.detail, u"52.5200, 13.4050"_s);
@@ -95,7 +96,8 @@ TEST(PhotonAnswer, details_are_built_from_the_address) {
     const Case cases[] = {
         {R"({"name":"A","street":"Hauptstraße","housenumber":"5","postcode":"10115","city":"Berlin","country":"Deutschland"})",
          "Hauptstraße 5, 10115, Berlin, Deutschland · 52.5200, 13.4050"},
-        {R"({"name":"A","street":"Hauptstraße","housenumber":" "})", "Hauptstraße · 52.5200, 13.4050"},
+        {R"({"name":"A","street":"Hauptstraße","housenumber":" "})",
+         "Hauptstraße · 52.5200, 13.4050"},
         {R"({"name":"A","housenumber":"5"})", "52.5200, 13.4050"},
         {R"({"name":"Berlin","city":"Berlin","state":"Berlin","country":"Deutschland"})",
          "Deutschland · 52.5200, 13.4050"},
@@ -108,13 +110,15 @@ TEST(PhotonAnswer, details_are_built_from_the_address) {
 }
 
 TEST(PhotonAnswer, foreign_text_is_never_taken_for_a_placeholder) {
-    const auto row = rowOf(R"({"name":"%@ %1","street":"%@ %.4f %lu","housenumber":"%1 %@","city":"%2"})");
+    const auto row =
+        rowOf(R"({"name":"%@ %1","street":"%@ %.4f %lu","housenumber":"%1 %@","city":"%2"})");
     EXPECT_EQ(row.name, u"%@ %1"_s);
     EXPECT_EQ(row.detail, u"%@ %.4f %lu %1 %@, %2 · 52.5200, 13.4050"_s);
 }
 
 TEST(PhotonAnswer, foreign_text_is_kept_as_it_is) {
-    const auto row = rowOf(R"({"name":"<b>A & B</b>\u202e\u0007 🎬","city":"<img src='file:///etc/passwd'>"})");
+    const auto row =
+        rowOf(R"({"name":"<b>A & B</b>\u202e\u0007 🎬","city":"<img src='file:///etc/passwd'>"})");
     EXPECT_EQ(row.name, u"<b>A & B</b>\u202e\u0007 🎬"_s);
     EXPECT_TRUE(row.detail.startsWith(u"<img src='file:///etc/passwd'> · "_s));
 }

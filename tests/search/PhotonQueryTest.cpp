@@ -1,5 +1,5 @@
-#include "NXText.h"
 #include "PhotonQuery.h"
+#include "NXText.h"
 
 #include <gtest/gtest.h>
 

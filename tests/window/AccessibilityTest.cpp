@@ -1,0 +1,217 @@
+// What a screen reader hears, and what the keyboard reaches.
+
+#include "Glyphs.h"
+#include "WindowTest.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QAccessibleInterface* spoken(QObject* object) {
+    return QAccessible::queryAccessibleInterface(object);
+}
+
+QString nameOf(QObject* object) {
+    return spoken(object)->text(QAccessible::Name);
+}
+
+// The names of the labels that assistive technology relates to a control.
+QStringList captionsOf(QObject* object) {
+    QStringList names;
+    for (const auto& [other, relation] : spoken(object)->relations(QAccessible::Label)) {
+        if (relation & QAccessible::Label)
+            names += other->text(QAccessible::Name);
+    }
+    return names;
+}
+
+class AccessibilityTest : public WindowTest {
+protected:
+    // The names of the controls that Tab visits, from the search field once around.
+    QStringList tabStops(Qt::Key key = Qt::Key_Tab) {
+        QStringList names;
+        field("query")->setFocus();
+        do {
+            names += nameOfStop(QApplication::focusWidget());
+            this->key(QApplication::focusWidget(), key,
+                      key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
+        } while (QApplication::focusWidget() != field("query") && names.size() < 40);
+        return names;
+    }
+
+private:
+    // A segment has no name of its own.
+    static QString nameOfStop(const QWidget* widget) {
+        return widget->objectName().isEmpty() ? widget->parentWidget()->objectName()
+                                              : widget->objectName();
+    }
+};
+
+TEST_F(AccessibilityTest, every_control_has_a_name_and_a_role) {
+    start();
+    const struct {
+        const char* control;
+        QAccessible::Role role;
+        QString name;
+    } controls[] = {
+        {"mode", QAccessible::Grouping, u""_s},
+        {"query", QAccessible::EditableText, u"Stadt, Ort oder Adresse weltweit"_s},
+        {"searchButton", QAccessible::Button, u"Suchen"_s},
+        {"hint", QAccessible::StaticText, u"Suchergebnisse · wähle einen Ort aus"_s},
+        {"placeholder", QAccessible::StaticText, u"Ergebnisse erscheinen nach der Suche"_s},
+        {"table", QAccessible::List, u"Suchergebnisse · wähle einen Ort aus"_s},
+        {"stationHint", QAccessible::StaticText, u"Stationen · 0 / 32"_s},
+        {"stationTable", QAccessible::List, u"Stationen · 0 / 32"_s},
+        {"addStationButton", QAccessible::Button, u"Als Station hinzufügen"_s},
+        {"removeStationButton", QAccessible::Button, u"Entfernen"_s},
+        {"moveStationUpButton", QAccessible::Button, u"Hoch"_s},
+        {"moveStationDownButton", QAccessible::Button, u"Runter"_s},
+        {"endpointField", QAccessible::EditableText, u"Datendienst"_s},
+        {"travel", QAccessible::Grouping, u"Reiseart"_s},
+        {"routeMapCheckbox", QAccessible::CheckBox, u"3D-Paket: Gebäude, Straßen, Gelände"_s},
+        {"routeEndpointField", QAccessible::EditableText,
+         u"Routingdienst · eigene HTTPS-Adresse optional"_s},
+        {"status", QAccessible::StaticText, u"Gib einen Ort ein und starte die Suche."_s},
+        {"cancelButton", QAccessible::Button, u"Abbrechen"_s},
+        {"languageButton", QAccessible::Button, u"Sprache"_s},
+        {"finderButton", QAccessible::Button, u"Ordner zeigen"_s},
+        {"downloadButton", QAccessible::Button, u"Ortsdaten laden"_s},
+        {"subtitle", QAccessible::StaticText,
+         u"Ortsdaten mit Gebäuden und Gelände für Norvaxel 3D"_s},
+    };
+    for (const auto& [name, role, words] : controls) {
+        EXPECT_EQ(spoken(control(name))->role(), role) << name;
+        if (role != QAccessible::Grouping || !words.isEmpty()) {
+            EXPECT_EQ(nameOf(control(name)), words) << name;
+        }
+    }
+    EXPECT_EQ(nameOf(window()), u"Norvaxel 3D · Orte und Routen"_s);
+    auto* glyph = window()->findChild<look::BuildingGlyph*>();
+    EXPECT_EQ(nameOf(glyph), u"Norvaxel 3D"_s);
+}
+
+// On Linux a pop-up has no name but its entry: its caption names it.
+TEST_F(AccessibilityTest, pop_ups_are_related_to_their_captions) {
+    start();
+    EXPECT_EQ(captionsOf(control("radius")), QStringList(u"Umkreis"_s));
+    EXPECT_EQ(captionsOf(control("endpoint")), QStringList(u"Datendienst"_s));
+    for (const char* name : {"radius", "endpoint"})
+        EXPECT_EQ(spoken(control(name))->role(), QAccessible::ComboBox);
+}
+
+TEST_F(AccessibilityTest, a_segment_is_a_radio_button_in_a_group) {
+    start(Mode::Route);
+    for (const char* name : {"mode", "travel"}) {
+        QStringList names;
+        int chosen = 0;
+        for (QRadioButton* segment : segments(name)) {
+            QAccessibleInterface* radio = spoken(segment);
+            EXPECT_EQ(radio->role(), QAccessible::RadioButton);
+            EXPECT_EQ(radio->parent()->object(), control(name));
+            names += radio->text(QAccessible::Name);
+            chosen += radio->state().checked ? 1 : 0;
+        }
+        EXPECT_EQ(chosen, 1);
+        EXPECT_EQ(names, QLatin1StringView(name) == "mode"_L1
+                             ? QStringList({u"Ortskarte"_s, u"Route"_s})
+                             : QStringList({u"Auto"_s, u"Zug"_s, u"Flug"_s}));
+    }
+}
+
+TEST_F(AccessibilityTest, assistive_technology_can_press_and_choose) {
+    start();
+    QAccessibleActionInterface* route = spoken(segments("mode").at(1))->actionInterface();
+    ASSERT_NE(route, nullptr);
+    route->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(status(), says::routeReady);
+    spoken(control("searchButton"))
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::pressAction());
+    // The button shows for a moment that it is pressed.
+    EXPECT_EVENTUALLY(status() == says::badQuery);
+}
+
+TEST_F(AccessibilityTest, what_is_not_shown_is_not_heard) {
+    start();
+    for (const char* name : {"cancelButton", "finderButton", "stationTable", "routeEndpointField"})
+        EXPECT_TRUE(spoken(control(name))->state().invisible) << name;
+    EXPECT_FALSE(spoken(control("placeholder"))->state().invisible);
+    EXPECT_TRUE(spoken(control("endpointField"))->state().readOnly);
+    EXPECT_TRUE(spoken(control("downloadButton"))->state().disabled);
+}
+
+TEST_F(AccessibilityTest, tab_follows_the_eye_in_place_mode) {
+    start();
+    const QStringList stops{u"query"_s,    u"searchButton"_s,  u"table"_s,          u"radius"_s,
+                            u"endpoint"_s, u"endpointField"_s, u"languageButton"_s, u"mode"_s};
+    EXPECT_EQ(tabStops(), stops);
+    QStringList backwards = stops;
+    std::reverse(backwards.begin() + 1, backwards.end());
+    EXPECT_EQ(tabStops(Qt::Key_Backtab), backwards);
+}
+
+TEST_F(AccessibilityTest, tab_follows_the_eye_in_route_mode) {
+    start(Mode::Route);
+    EXPECT_EQ(tabStops(),
+              QStringList({u"query"_s, u"searchButton"_s, u"table"_s, u"stationTable"_s,
+                           u"travel"_s, u"routeEndpointField"_s, u"languageButton"_s, u"mode"_s}));
+}
+
+// Also through what cannot be used or is not shown at first.
+TEST_F(AccessibilityTest, tab_follows_the_eye_through_every_control) {
+    start();
+    QStringList chain;
+    QWidget* first = field("query");
+    for (QWidget* next = first; chain.isEmpty() || next != first; next = next->nextInFocusChain()) {
+        if (next->focusPolicy() & Qt::TabFocus && !next->objectName().isEmpty() &&
+            window()->centralWidget()->isAncestorOf(next) &&
+            !next->objectName().startsWith("qt_"_L1))
+            chain += next->objectName();
+    }
+    EXPECT_EQ(chain, QStringList({u"query"_s, u"searchButton"_s, u"table"_s, u"addStationButton"_s,
+                                  u"stationTable"_s, u"removeStationButton"_s,
+                                  u"moveStationUpButton"_s, u"moveStationDownButton"_s, u"radius"_s,
+                                  u"endpoint"_s, u"endpointField"_s, u"routeMapCheckbox"_s,
+                                  u"routeEndpointField"_s, u"cancelButton"_s, u"languageButton"_s,
+                                  u"finderButton"_s, u"downloadButton"_s}));
+}
+
+TEST_F(AccessibilityTest, arrows_move_between_the_segments) {
+    start();
+    const auto mode = segments("mode");
+    mode.at(0)->setFocus(Qt::TabFocusReason);
+    key(QApplication::focusWidget(), Qt::Key_Right);
+    EXPECT_TRUE(mode.at(1)->isChecked());
+    EXPECT_TRUE(mode.at(1)->hasFocus());
+    EXPECT_EQ(status(), says::routeReady);
+    key(QApplication::focusWidget(), Qt::Key_Right);
+    EXPECT_TRUE(mode.at(1)->isChecked()) << "there is no third one";
+
+    const auto travel = segments("travel");
+    travel.at(0)->setFocus(Qt::TabFocusReason);
+    for (const int expected : {1, 2, 2}) {
+        key(QApplication::focusWidget(), Qt::Key_Down);
+        EXPECT_TRUE(travel.at(expected)->isChecked());
+    }
+    for (const int expected : {1, 0, 0}) {
+        key(QApplication::focusWidget(), Qt::Key_Left);
+        EXPECT_TRUE(travel.at(expected)->isChecked());
+    }
+
+    mode.at(1)->setFocus(Qt::TabFocusReason);
+    key(QApplication::focusWidget(), Qt::Key_Left);
+    EXPECT_TRUE(mode.at(0)->isChecked());
+    EXPECT_EQ(status(), says::ready);
+}
+
+TEST_F(AccessibilityTest, tab_enters_a_group_at_its_chosen_segment) {
+    start(Mode::Route);
+    click(segments("travel").at(2));
+    field("routeEndpointField")->setFocus();
+    key(field("routeEndpointField"), Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_TRUE(segments("travel").at(2)->hasFocus());
+}
+
+} // namespace

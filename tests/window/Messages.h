@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QStringList>
+
+// What Qt has printed since the last call. From any thread.
+QStringList takeMessages();

@@ -1,0 +1,74 @@
+// The main of every window test: surroundings of its own, then the application, then the tests.
+
+#include "Application.h"
+#include "Language.h"
+#include "Messages.h"
+#include "Style.h"
+#include "TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <mutex>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::chrono::nanoseconds workOfThisThread() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+std::mutex messagesMutex; // any thread may warn
+QStringList messages;
+
+void keepMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    // The screen that nobody sees says of itself what it cannot do.
+    if (text.startsWith("This plugin does not support "_L1))
+        return;
+    const std::lock_guard lock(messagesMutex);
+    messages += qFormatLogMessage(type, context, text);
+    fprintf(stderr, "%s\n", qUtf8Printable(messages.last()));
+}
+
+void settleSurroundings(const TemporaryFolder& home) {
+    for (const char* name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "XDG_DATA_HOME", "HTTPS_PROXY",
+                             "https_proxy", "ALL_PROXY", "all_proxy", "NO_PROXY", "no_proxy",
+                             "QT_STYLE_OVERRIDE", "QT_SCALE_FACTOR", "DBUS_SESSION_BUS_ADDRESS"})
+        qunsetenv(name);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("LANG", "C.UTF-8");
+    qputenv("LANGUAGE", programLanguage.system);
+    qputenv("HOME", home.path().c_str());
+    qputenv("XDG_RUNTIME_DIR", home.path().c_str());
+    if (*programLanguage.stored)
+        nxui::saveLanguage(nxui::Product::ThreeD, programLanguage.stored, home.path());
+}
+
+} // namespace
+
+bool Application::notify(QObject* receiver, QEvent* event) {
+    ++depth_;
+    const auto begin = workOfThisThread();
+    const bool result = QApplication::notify(receiver, event);
+    if (--depth_ == 0)
+        longest_ = std::max(longest_, workOfThisThread() - begin);
+    return result;
+}
+
+QStringList takeMessages() {
+    const std::lock_guard lock(messagesMutex);
+    return std::exchange(messages, {});
+}
+
+int main(int count, char** values) {
+    testing::InitGoogleTest(&count, values);
+    const TemporaryFolder home;
+    settleSurroundings(home);
+    qInstallMessageHandler(keepMessage);
+    Application application(count, values);
+    look::applyLook(application);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,139 @@
+#pragma once
+
+#include "Application.h"
+#include "Button.h"
+#include "ChildTest.h"
+#include "Field.h"
+#include "ImporterTool.h"
+#include "Label.h"
+#include "NXImportApp.h"
+#include "Panel.h"
+#include "PlaceList.h"
+#include "PopUp.h"
+#include "Segments.h"
+#include "Spinner.h"
+#include "TemporaryFolder.h"
+
+#include <QAccessible>
+#include <QCheckBox>
+#include <QRadioButton>
+#include <QTest>
+
+#include <optional>
+
+// For readable failures.
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const QRect& r, std::ostream* out) {
+    *out << r.x() << ", " << r.y() << ", " << r.width() << " x " << r.height();
+}
+
+// Base of the tests of the window. Each test gets its own data and temporary folder, and starts the
+// program itself. It ends with the checks that nothing is left (no process, no temporary file, no
+// alert) and that Qt had nothing to complain about.
+class WindowTest : public ChildTest {
+protected:
+    using Mode = NXImportApp::Mode;
+
+    void SetUp() override;
+    void TearDown() override;
+
+    // Starts the program and waits until its window is the active one.
+    void start(Mode mode = Mode::Place);
+    // Its window and controls go, as they do when it quits.
+    void end();
+    MainWindow* window() const { return app_->window(); }
+
+    // The control of that object name; the test fails without it.
+    template<typename Control = QWidget>
+    Control* control(const char* name) const {
+        auto* found = window()->findChild<Control*>(QLatin1StringView(name));
+        if (found == nullptr)
+            throw std::runtime_error(std::string("there is no control ") + name);
+        return found;
+    }
+    look::Button* button(const char* name) const { return control<look::Button>(name); }
+    look::Field* field(const char* name) const { return control<look::Field>(name); }
+    look::PopUp* popUp(const char* name) const { return control<look::PopUp>(name); }
+    look::PlaceList* list(const char* name) const { return control<look::PlaceList>(name); }
+    // The text of a label, whole.
+    QString text(const char* label) const { return control<look::Label>(label)->text(); }
+    QString status() const { return text("status"); }
+    // The segments of a control, from the first to the last.
+    QList<QRadioButton*> segments(const char* name) const;
+
+    // Where a control lies on the window's content.
+    QRect place(const QWidget* widget) const;
+    QRect place(const char* name) const { return place(control(name)); }
+
+    // What a person does.
+    void click(QWidget* widget);
+    void key(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void paste(QWidget* field, const QString& text);
+    void clickRow(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void chooseMode(int segment) { click(segments("mode").at(segment)); }
+    void choose(const char* popUp, int index);
+    // Replaces the text of the search field and presses Return.
+    void search(const QString& text);
+    // The same, and waits until the results are there.
+    void searchResults(const QString& text);
+    // What the tooltip reads that shows at a point of a widget; empty if none does.
+    QString toolTipAt(QWidget* widget, QPoint position);
+
+    // The rows of the results as assistive technology reads them.
+    QStringList rows() const;
+    bool isBusy() const { return !control("cancelButton")->isHidden(); }
+    // Something in the status line is red.
+    bool statusIsRed() const;
+    look::Panel* alert() const;
+    QDir temporaryFolder() const;
+    QDir supportFolder() const;
+
+    std::optional<ImporterTool> importer;
+
+private:
+    std::optional<TemporaryFolder> folder_;
+    std::unique_ptr<NXImportApp> app_;
+};
+
+// Waits with a running event loop; false when it takes too long.
+template<typename Predicate>
+bool eventually(Predicate holds, std::chrono::milliseconds patience = std::chrono::seconds(30)) {
+    return QTest::qWaitFor(holds, int(patience.count()));
+}
+
+// Lets everything happen that is due now.
+void settle();
+
+#define EXPECT_EVENTUALLY(condition)                                                               \
+    EXPECT_TRUE(eventually([&] { return (condition); })) << #condition
+#define ASSERT_EVENTUALLY(condition)                                                               \
+    ASSERT_TRUE(eventually([&] { return (condition); })) << #condition
+
+// What the window says.
+namespace says {
+inline const QString ready = QStringLiteral("Gib einen Ort ein und starte die Suche.");
+inline const QString searching = QStringLiteral("Orte werden gesucht …");
+inline const QString choose = QStringLiteral(
+    "Wähle einen Treffer aus. Gleichnamige Orte stehen mit Region und Land in der Liste.");
+inline const QString chosen =
+    QStringLiteral("Ort ausgewählt. Umkreis festlegen und Ortsdaten laden.");
+inline const QString nothing =
+    QStringLiteral("Kein Ort gefunden. Ergänze den Namen um Land oder Region.");
+inline const QString badQuery =
+    QStringLiteral("Bitte einen Ortsnamen mit höchstens 300 Zeichen eingeben.");
+inline const QString unreadable =
+    QStringLiteral("Die Ortssuche hat eine unlesbare Antwort geliefert.");
+inline const QString searchCancelled = QStringLiteral("Suche abgebrochen.");
+inline const QString firstHint = QStringLiteral("Suchergebnisse · wähle einen Ort aus");
+inline const QString loading = QStringLiteral(
+    "Ortsdaten, Gebäude und Gelände werden für Norvaxel 3D geladen. Das kann etwas dauern …");
+inline const QString finished =
+    QStringLiteral("Norvaxel-3D-Paket fertig – im Plugin »Letzten Import laden« wählen.");
+inline const QString importCancelled =
+    QStringLiteral("Import abgebrochen. Du kannst einen anderen Ort oder Umkreis wählen.");
+inline const QString routeReady =
+    QStringLiteral("Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. "
+                   "Mindestens zwei Stationen sind nötig.");
+} // namespace says
