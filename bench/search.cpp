@@ -2,13 +2,13 @@
 // which starts the local geocoder first.
 #include "NXPhotonSearch.h"
 #include "PhotonQuery.h"
+#include "PhotonTransfer.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <vector>
 
@@ -34,32 +34,12 @@ double milliseconds(const QElapsedTimer& timer) {
 
 // Start to exit of curl, its answer going nowhere.
 double bareCurl() {
-    std::string url = address().toString(QUrl::FullyEncoded).toStdString();
-    std::array<std::string, 23> words{"curl",
-                                      "-q",
-                                      "--silent",
-                                      "--show-error",
-                                      "--fail",
-                                      "--proto",
-                                      "=https",
-                                      "--proto-redir",
-                                      "=https",
-                                      "--connect-timeout",
-                                      "10",
-                                      "--max-time",
-                                      "20",
-                                      "--max-filesize",
-                                      "1048576",
-                                      "--header",
-                                      "Accept: application/json",
-                                      "--user-agent",
-                                      "Norvaxel-Ortsimport/0.5",
-                                      "--write-out",
-                                      "\n%{http_code}",
-                                      "--url",
-                                      url};
-    std::array<char*, words.size() + 1> arguments{};
-    std::ranges::transform(words, arguments.begin(), [](std::string& word) { return word.data(); });
+    std::vector<std::string> words = photonArguments(address());
+    words.insert(words.begin(), "curl");
+    std::vector<char*> arguments;
+    for (std::string& word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     for (const int stream : {STDOUT_FILENO, STDERR_FILENO})

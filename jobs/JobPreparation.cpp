@@ -82,11 +82,11 @@ Preparation prepareJob(const JobValues& values, const JobInputs& inputs,
     if (!tool)
         return Refusal::ToolMissing;
     const auto support = NXSupportFolder();
-    const QString packages = support.value_or(QString()) + u'/' + values.packages;
+    const QString packages = support.value_or(QString()) + u'/' + values.folders.packages;
     if (!support || !QDir().mkpath(packages))
         return Refusal::PackageFolder;
     auto temporary = TemporaryJobFolder::make(
-        values.temporaryPrefix + upperCaseText(QUuid::createUuid()), values.temporaryParents);
+        values.folders.temporaryPrefix + upperCaseText(QUuid::createUuid()), values.folders.temporaryParents);
     if (!temporary)
         return Refusal::TemporaryFolder;
     const auto handOver = inputs.handOver();
@@ -98,10 +98,10 @@ Preparation prepareJob(const JobValues& values, const JobInputs& inputs,
     const QString output = packages + u'/' + inputs.packageName;
     if (QFileInfo::exists(output) || QFileInfo(output).isSymLink())
         return Refusal::OutputFolder;
-    const QString logPath = temporary->file(values.logName);
+    const QString logPath = temporary->file(values.log.name);
     auto log = platform::createPrivateLog(filePath(logPath));
     if (log.failure)
-        return log.failure == std::errc::too_many_files_open ? Refusal::Log : values.logNotMade;
+        return log.failure == std::errc::too_many_files_open ? Refusal::Log : values.log.notMade;
     return JobPlan{
         .tool = *tool,
         .arguments = inputs.arguments(temporary->file(files.first().name), output),
@@ -110,9 +110,9 @@ Preparation prepareJob(const JobValues& values, const JobInputs& inputs,
         .log = std::move(log.file),
         .supportFolder = *support,
         .outputFolder = output,
-        .requiredFiles = values.requiredFiles,
-        .pointerName = values.pointerName,
+        .requiredFiles = values.package.requiredFiles,
+        .pointerName = values.package.pointerName,
         .packageFiles = inputs.packageFiles,
-        .failureDetail = values.failureDetail,
+        .failureDetail = values.log.failureDetail,
     };
 }

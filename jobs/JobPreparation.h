@@ -41,14 +41,20 @@ private:
 
 // What distinguishes one kind of job from another.
 struct JobValues {
-    QString packages;        // folder below the support folder; holds one folder a package
-    QString temporaryPrefix; // of the temporary folder's name; a UUID follows
-    platform::Parents temporaryParents;
-    QString logName; // in the temporary folder
-    QStringList requiredFiles;
-    QString pointerName;
-    QString (*failureDetail)(const QString& log);
-    Refusal logNotMade; // Refusal::Log is for a log that is there and cannot be opened
+    struct {
+        QString packages;        // below the support folder; holds one folder a package
+        QString temporaryPrefix; // of the temporary folder's name; a UUID follows
+        platform::Parents temporaryParents;
+    } folders;
+    struct {
+        QString name;    // in the temporary folder
+        Refusal notMade; // Refusal::Log is for a log that is there and cannot be opened
+        QString (*failureDetail)(const QString& log);
+    } log;
+    struct {
+        QStringList requiredFiles;
+        QString pointerName;
+    } package;
 };
 
 // What one job adds to that.

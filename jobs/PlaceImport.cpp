@@ -17,14 +17,9 @@ namespace {
 
 JobValues placeValues() {
     return {
-        .packages = u"Ortsdaten"_s,
-        .temporaryPrefix = u"Norvaxel-Ortsimport-"_s,
-        .temporaryParents = platform::Parents::create,
-        .logName = u"import.log"_s,
-        .requiredFiles = {u"origin.nxd"_s, u"norvaxel3d.json"_s},
-        .pointerName = u"last-import.txt"_s,
-        .failureDetail = placeFailureDetail,
-        .logNotMade = Refusal::Log,
+        .folders = {u"Ortsdaten"_s, u"Norvaxel-Ortsimport-"_s, platform::Parents::create},
+        .log = {u"import.log"_s, Refusal::Log, placeFailureDetail},
+        .package = {{u"origin.nxd"_s, u"norvaxel3d.json"_s}, u"last-import.txt"_s},
     };
 }
 

@@ -19,15 +19,11 @@ constexpr qsizetype longestStationName = 200; // UTF-16 units
 
 JobValues routeValues() {
     return {
-        .packages = u"Routen"_s,
-        .temporaryPrefix = u"Norvaxel-Route-"_s,
-        .temporaryParents = platform::Parents::mustExist,
-        .logName = u"route.log"_s,
-        .requiredFiles = {u"route.nxd"_s, u"stations.nxd"_s, u"basemap/origin.nxd"_s,
-                          u"basemap/norvaxel3d.json"_s},
-        .pointerName = u"last-route.txt"_s,
-        .failureDetail = routeFailureDetail,
-        .logNotMade = Refusal::OutputFolder,
+        .folders = {u"Routen"_s, u"Norvaxel-Route-"_s, platform::Parents::mustExist},
+        .log = {u"route.log"_s, Refusal::OutputFolder, routeFailureDetail},
+        .package = {{u"route.nxd"_s, u"stations.nxd"_s, u"basemap/origin.nxd"_s,
+                     u"basemap/norvaxel3d.json"_s},
+                    u"last-route.txt"_s},
     };
 }
 
