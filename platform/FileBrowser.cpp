@@ -45,8 +45,12 @@ void platform::showInFileBrowser(const QString& path) {
 #ifdef Q_OS_MACOS
     select(path);
 #else
-    auto* reply = new QDBusPendingCallWatcher(
-        QDBusConnection::sessionBus().asyncCall(showItems(path), patience));
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        openFolderOf(path); // a call without a bus is never said to have failed
+        return;
+    }
+    auto* reply = new QDBusPendingCallWatcher(bus.asyncCall(showItems(path), patience));
     QObject::connect(reply, &QDBusPendingCallWatcher::finished, reply, [reply, path] {
         if (reply->isError())
             openFolderOf(path);

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "Geocoder.h"
+#include "WindowTest.h"
+
+// Base of the tests of routes: finds places of any name and makes them stations, by real events.
+class RouteWindowTest : public WindowTest {
+protected:
+    void SetUp() override;
+
+    // Offers these places as results; the search itself is the same each time.
+    void offer(const QList<QJsonObject>& places);
+    void offer(const QStringList& names);
+    // Starts in route mode with a place chosen in the results.
+    void startWithResults(const QStringList& names);
+    // The same, and makes each of them a station, in this order.
+    void startWithStations(const QStringList& names);
+    // Chooses a result and presses the button.
+    void addResult(int row);
+
+    void clickStation(int row);
+    // A key pressed in the station list.
+    void stationKey(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    // The first lines of the station list's rows.
+    QStringList stations() const;
+    int selectedStation() const { return window()->selectedStation(); }
+    bool stationIsInView(int row) const;
+
+    // "1 · a", "2 · b", ...
+    static QStringList numbered(const QStringList& names);
+};
+
+// A script for a route: the importer ends only with the file `gate`. What the importer was asked to
+// do meanwhile is counted in the file of the same name with ".terms": one letter a SIGTERM.
+QByteArray waitingTool(const std::filesystem::path& gate);
+
+// What the window says of routes.
+namespace says {
+inline const QString resultChosen =
+    QStringLiteral("Treffer ausgewählt. Füge ihn deiner Route als Station hinzu.");
+inline const QString startSet =
+    QStringLiteral("Start gesetzt. Suche jetzt dein Ziel und füge es als Station hinzu.");
+inline const QString stationAdded =
+    QStringLiteral("Station hinzugefügt. Reihenfolge prüfen und Route berechnen.");
+inline const QString stationRemoved =
+    QStringLiteral("Station entfernt. Mindestens zwei Stationen bilden eine Route.");
+inline const QString stationMoved =
+    QStringLiteral("Reihenfolge geändert. Die Route wird in dieser Reihenfolge berechnet.");
+inline const QString routeLoading =
+    QStringLiteral("Route, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken "
+                   "brauchen einige Minuten …");
+inline const QString routeStopping = QStringLiteral("Routenberechnung wird beendet …");
+inline const QString routeCancelled =
+    QStringLiteral("Routenberechnung abgebrochen. Deine Stationen bleiben erhalten.");
+inline const QString routeFinished =
+    QStringLiteral("Norvaxel-3D-Paket fertig: Route, Gebäude und Gelände – im Plugin »Letzten "
+                   "Import laden« wählen. Das Paket rendert offline.");
+} // namespace says
