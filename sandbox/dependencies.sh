@@ -11,7 +11,7 @@ RUN_PACKAGES=(
 # To use the window without a display, through the accessibility interface.
 HEADLESS_PACKAGES=(xvfb xkb-data dbus dbus-bin at-spi2-core python3-gi gir1.2-atspi-2.0)
 # To test: the test libraries, both sanitizers' runtimes come with g++.
-TEST_PACKAGES=(libgtest-dev libbenchmark-dev gettext util-linux)
+TEST_PACKAGES=(libgtest-dev libbenchmark-dev gettext util-linux libx11-6 libxtst6)
 
 # What must be callable where there is no apt-get to ask.
 RUN_COMMANDS=(c++ cmake ninja curl openssl python3)

@@ -32,17 +32,25 @@ def start(words, **how):
                             preexec_fn=_die_with_parent if LINUX else None, **how)
 
 
-def parents():
-    """The parent of each process that there is (Linux; elsewhere nothing)."""
-    found = {}
+def _facts():
+    """(pid, state, parent, group) of each process that there is (Linux; elsewhere nothing)."""
     for entry in pathlib.Path("/proc").glob("[0-9]*/stat"):
         try:
-            # "pid (name) state parent": the name may hold anything, also a closing bracket.
-            after_name = entry.read_text(errors="replace").rpartition(")")[2].split()
-            found[int(entry.parent.name)] = int(after_name[1])
-        except (OSError, IndexError):
-            pass  # it has ended meanwhile
-    return found
+            # "pid (name) state parent group": the name may hold anything, also a closing bracket.
+            state, parent, group = entry.read_text(errors="replace").rpartition(")")[2].split()[:3]
+        except (OSError, ValueError):
+            continue  # it has ended meanwhile
+        yield int(entry.parent.name), state, int(parent), int(group)
+
+
+def parents():
+    """The parent of each process that there is."""
+    return {pid: parent for pid, _, parent, _ in _facts()}
+
+
+def group(leader):
+    """The members of a process group that still run."""
+    return [pid for pid, state, _, of in _facts() if of == leader and state != "Z"]
 
 
 def descendants(root=None):

@@ -97,6 +97,7 @@ def without_display(words, environment, folder, route):
     os.environ.update(screen.environment)
     import walk
     import window
+    window.desktop()
     say("No display is at hand: a script uses the window on a virtual one.")
     child = processes.start(words, env=environment)
     picture = folder / "window.png"

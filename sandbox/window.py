@@ -1,10 +1,12 @@
 """The program's window as someone sees it who cannot see it: through the accessibility interface.
 
-Controls are found by role and by the name that a screen reader speaks, never by position. Nothing
-is cached, so what is read is what is there now; waiting is always for a condition. Needs DISPLAY and
-DBUS_SESSION_BUS_ADDRESS of the program's desktop in os.environ before it is first used.
+Controls are found by role and by the name that a screen reader speaks, never by position. What is
+read is what is there now: nothing is cached but where to look first. Waiting is always for a
+condition. Needs DISPLAY and DBUS_SESSION_BUS_ADDRESS of the program's desktop in os.environ before
+it is first used.
 """
 import os
+import re
 import time
 
 import gi
@@ -12,7 +14,8 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
-# What each control is called in German: (role, name). Titles that change have more than one.
+# What each control is called in German: (role, name). Titles that change have more than one, or a
+# pattern.
 QUERY = ("text", "Stadt, Ort oder Adresse weltweit")
 SEARCH = ("push button", "Suchen")
 RESULTS = ("list", "Suchergebnisse · wähle einen Ort aus")
@@ -28,10 +31,15 @@ FINDER = ("push button", "Ordner zeigen")
 LANGUAGE = ("push button", "Sprache")
 PLACE_MODE = ("radio button", "Ortskarte")
 ROUTE_MODE = ("radio button", "Route")
+STATIONS = ("list", re.compile(r"Stationen · \d+ / 32"))
 ADD_STATION = ("push button", "Als Station hinzufügen")
 REMOVE_STATION = ("push button", "Entfernen")
+CAR = ("radio button", "Auto")
+TRAIN = ("radio button", "Zug")
+FLIGHT = ("radio button", "Flug")
 STATION_UP = ("push button", "Hoch")
 STATION_DOWN = ("push button", "Runter")
+OK = ("push button", "OK")
 ROUTING_FIELD = ("text", "Routingdienst · eigene HTTPS-Adresse optional")
 
 # X key symbols
@@ -79,6 +87,10 @@ def _has(accessible, state):
     return accessible.get_state_set().contains(state)
 
 
+def is_enabled(accessible):
+    return _has(accessible, Atspi.StateType.ENABLED)
+
+
 def captions(accessible):
     """The names of the labels that the interface says belong to a control."""
     for relation in accessible.get_relation_set():
@@ -87,14 +99,23 @@ def captions(accessible):
                 yield relation.get_target(index).get_name()
 
 
+def desktop():
+    """All programs on the desktop. Called before the first program starts, it also sees to it that
+    the accessibility bus is there when that program looks for it."""
+    Atspi.init()
+    found = Atspi.get_desktop(0)
+    found.set_cache_mask(Atspi.Cache.NONE)
+    found.get_child_count()
+    return found
+
+
 class Window:
     """The one window of the process pid, once it is on the accessibility bus."""
 
     def __init__(self, pid, seconds=SECONDS):
         self.pid = pid
-        Atspi.init()
-        self._desktop = Atspi.get_desktop(0)
-        self._desktop.set_cache_mask(Atspi.Cache.NONE)
+        self._desktop = desktop()
+        self._seen = {}  # by role: where controls that were looked for have been found
         self._application = until(self._find, f"process {pid} shows a window", seconds)
 
     def _find(self):
@@ -117,10 +138,25 @@ class Window:
     def find(self, control):
         """The control if it shows, else nothing."""
         role, name = control
+        seen = self._seen.setdefault(role, [])
+        for each in list(seen):
+            try:
+                if self._is_called(each, name) and _has(each, Atspi.StateType.SHOWING):
+                    return each
+            except GLib.Error:
+                seen.remove(each)  # it has gone
         for each in self.all(role):
-            if each.get_name() == name or name in captions(each):
+            if self._is_called(each, name):
+                if each not in seen:
+                    seen.append(each)
                 return each
         return None
+
+    def _is_called(self, accessible, name):
+        spoken = accessible.get_name()
+        if isinstance(name, re.Pattern):
+            return name.fullmatch(spoken)
+        return spoken == name or (accessible.get_role_name() != "label" and name in captions(accessible))
 
     def control(self, control, seconds=SECONDS):
         return until(lambda: self.find(control), f"{control[0]} “{control[1]}” shows", seconds, self.describe)
@@ -158,7 +194,7 @@ class Window:
     # --- reading ---
 
     def enabled(self, control):
-        return _has(self.control(control), Atspi.StateType.ENABLED)
+        return is_enabled(self.control(control))
 
     def editable(self, control):
         return not _has(self.control(control), Atspi.StateType.READ_ONLY)
@@ -175,6 +211,15 @@ class Window:
     def value(self, combo):
         """The item that a pop-up shows."""
         return self.control(combo).get_name()
+
+    def selected_row(self, control):
+        """The selected row's number, -1 for none."""
+        rows = list(_children(self.control(control)))
+        return next((number for number, row in enumerate(rows) if _has(row, Atspi.StateType.SELECTED)), -1)
+
+    def items(self, combo):
+        """The titles that a pop-up offers."""
+        return [row.get_name() for child in _children(self.control(combo)) for row in _children(child)]
 
     def rows(self, list_or_control):
         found = self.control(list_or_control) if isinstance(list_or_control, tuple) else list_or_control
@@ -204,21 +249,25 @@ class Window:
         found = until(pressable, f"{control[0]} “{control[1]}” can be pressed", seconds, self.describe)
         Atspi.Action.do_action(found, 0)
 
-    def select(self, control, row):
-        """Clicks a row of a list and waits until it is selected."""
+    def click(self, control, row, how="b1c"):
+        """Clicks a row of a list; "b1d" clicks twice."""
         def visible():
             if self.control(control).get_child_count() <= row:
                 return None
             return self.control(control).get_child_at_index(row)
         found = until(visible, f"“{control[1]}” has row {row}", SECONDS, self.describe)
         x, y, width, height = self.area(found)
-        Atspi.generate_mouse_event(x + width // 2, y + height // 2, "b1c")
+        Atspi.generate_mouse_event(x + width // 2, y + height // 2, how)
+
+    def select(self, control, row):
+        """Clicks a row of a list and waits until it is selected."""
+        self.click(control, row)
         until(lambda: _has(self.control(control).get_child_at_index(row), Atspi.StateType.SELECTED),
               f"row {row} is selected", SECONDS, self.describe)
 
     def choose(self, control, item):
         """Opens a pop-up and picks the item of that title with the keyboard."""
-        titles = [row.get_name() for child in _children(self.control(control)) for row in _children(child)]
+        titles = self.items(control)
         if item not in titles:
             raise NotThere(f"“{control[1]}” has no item “{item}”, it has {titles}")
         self.press(control)

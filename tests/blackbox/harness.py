@@ -10,6 +10,7 @@ import atexit
 import json
 import os
 import pathlib
+import shlex
 import shutil
 import signal
 import stat
@@ -49,6 +50,7 @@ def screen():
         _screen = desktop.Desktop(folder)
         # The accessibility library of this process looks for the same desktop.
         os.environ.update(_screen.environment)
+        w.desktop()
 
         def end():
             _screen.end()
@@ -83,7 +85,7 @@ class BlackBox(unittest.TestCase):
         self.program = None
         self.window = None
         self.geocoder = None
-        self.expected_exit = (-signal.SIGTERM, 0)
+        self.expected_exit = 0
         self.addCleanup(self._end)
 
     def tearDown(self):
@@ -95,14 +97,18 @@ class BlackBox(unittest.TestCase):
         if self.program.poll() is None:
             self.program.terminate()
         try:
-            status = self.program.wait(10)
+            self.program.wait(10)
         except subprocess.TimeoutExpired:
             self.fail("the program does not end when it is asked to")
         if not self._has_failed():
-            self.assertIn(status, self.expected_exit, "how the program ended")
-            self.assertEqual(self.printed(), "", "the program prints nothing")
-            w.until(lambda: not self.strangers(), "nothing of the program is left running", 5,
-                    lambda: "\n".join(map(processes.command_line, self.strangers())))
+            self.assert_ended_well()
+
+    def assert_ended_well(self, seconds=10):
+        """The program ends of itself now, has printed nothing, and leaves nothing running."""
+        self.assertEqual(self.program.wait(seconds), self.expected_exit, "how the program ended")
+        self.assertEqual(self.printed(), "", "the program prints nothing")
+        w.until(lambda: not self.strangers(), "nothing of the program is left running", 5,
+                lambda: "\n".join(map(processes.command_line, self.strangers())))
 
     def _end(self):
         for child in (self.program, self.geocoder):
@@ -163,6 +169,17 @@ class BlackBox(unittest.TestCase):
         fresh.write_text(json.dumps(rules))
         fresh.rename(self.behaviour_file)
 
+    def importer_behaves(self, mode="", **variables):
+        """The importer's next starts go wrong in that way; see the stand-in's first lines."""
+        lines = ["#!/bin/sh"]
+        for name, value in {"IMPORT": mode, **variables}.items():
+            lines.append(f"export NORVAXEL_SANDBOX_{name}={shlex.quote(str(value))}")
+        lines.append(f'exec {shlex.quote(str(STAND_IN))} "$@"')
+        fresh = self.importer.with_suffix(".new")
+        fresh.write_text("\n".join(lines) + "\n", encoding="utf-8")
+        fresh.chmod(0o755)
+        fresh.rename(self.importer)
+
     def start(self, *arguments, wrapper=(), **environment):
         """Starts the program and waits for its window."""
         self.output_file = self.folder / "program.out"
@@ -206,6 +223,19 @@ class BlackBox(unittest.TestCase):
         self.window.press(w.DOWNLOAD)
         self.window.says(answer, seconds)
 
+    def assert_alert(self, title, message):
+        """An alert shows exactly this; it is answered and goes."""
+        self.assertEqual(self.window.dialog(), [title, message])
+        self.window.press(w.OK)
+        w.until(lambda: self.window.find(w.OK) is None, "the alert has gone")
+
+    def peak_memory(self):
+        """The most memory that the program has had so far, in bytes."""
+        for line in pathlib.Path(f"/proc/{self.program.pid}/status").read_text().splitlines():
+            if line.startswith("VmHWM:"):
+                return int(line.split()[1]) * 1024
+        raise AssertionError("the peak of the memory cannot be read")
+
     def assert_says_in_red(self, text):
         """The status line shows text as an error."""
         label = self.window.says(text)
@@ -248,9 +278,15 @@ class BlackBox(unittest.TestCase):
         lines = self.record_file.read_text(encoding="utf-8").splitlines()
         return [each for each in map(json.loads, lines) if each["event"] == event]
 
-    def importer_event(self, event="started"):
-        w.until(lambda: self.importer_events(event), f"the importer has {event}")
-        return self.importer_events(event)[0]
+    def importer_event(self, event="started", number=0):
+        """The fact of that number, counted from 0, of what importers recorded."""
+        w.until(lambda: len(self.importer_events(event)) > number, f"the importer has {event}")
+        return self.importer_events(event)[number]
+
+    def assert_group_gone(self, leader, seconds=5):
+        """Nothing is left of an importer and of what it started."""
+        w.until(lambda: not processes.group(leader), f"the group of {leader} is gone", seconds,
+                lambda: "\n".join(map(processes.command_line, processes.group(leader))))
 
     def assert_nothing_temporary(self):
         self.assertEqual(list(self.temporary.iterdir()), [], "no temporary folder is left")

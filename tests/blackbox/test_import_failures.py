@@ -16,7 +16,6 @@ NO_DETAIL = ("Die Ortsdaten konnten nicht geladen werden. Prüfe Verbindung und 
              "kleineren Umkreis.")
 NO_POINTER = ("Ortsdaten sind fertig. Die Verbindung zu Resolve konnte nicht gespeichert werden. Öffne den "
               "Ordner und wähle origin.nxd im Plugin.")
-OK = ("push button", "OK")
 
 
 def failed(detail):
@@ -142,20 +141,13 @@ class ImportFailed(BlackBox):
     def assert_fails(self, message, **environment):
         self.start(**environment)
         self.import_first(answer=message, seconds=60)
-        self.assert_alert(message)
+        self.assert_alert(TITLE, message)
         self.assert_says_in_red(message)
         self.assertTrue(self.window.enabled(w.DOWNLOAD), "it can be tried again")
         self.assertIsNone(self.window.find(w.FINDER))
         self.assertFalse((self.support / "last-import.txt").exists())
         self.assertEqual(mode(self.support / "letzter-import.log") & 0o077, 0)
         self.assert_nothing_temporary()
-
-    def assert_alert(self, message):
-        texts = self.window.dialog()
-        self.assertIn(TITLE, texts)
-        self.assertIn(message, texts)
-        self.window.press(OK)
-        w.until(lambda: self.window.find(OK) is None, "the alert has gone")
 
     def test_the_text_after_the_last_error_is_told_without_the_service(self):
         self.assert_fails(failed("Der Datendienst ([Datendienst] antwortet nicht.\nStatus 504 nach drei Versuchen"),
@@ -191,7 +183,7 @@ class ImportFailed(BlackBox):
         self.window.press(w.DOWNLOAD)
         texts = self.window.dialog(30)
         self.assertTrue(any(text.startswith("Download fehlgeschlagen: Ortslage: 0 %\n") for text in texts), texts)
-        self.window.press(OK)
+        self.window.press(w.OK)
         (package,) = self.packages()
         self.assertFalse((package / "import-choice.json").exists())
         self.assertFalse((self.support / "last-import.txt").exists())
@@ -203,7 +195,7 @@ class ImportFailed(BlackBox):
         self.window.select(w.RESULTS, 0)
         self.window.press(w.DOWNLOAD)
         self.assertIn(TITLE, self.window.dialog(30))
-        self.window.press(OK)
+        self.window.press(w.OK)
         self.assertFalse((self.support / "last-import.txt").exists())
 
     def test_a_log_of_a_gibibyte_costs_no_memory(self):
@@ -217,14 +209,8 @@ class ImportFailed(BlackBox):
         self.window.says(message, 90)
         self.assertLess(self.peak_memory() - before, 64 << 20)
         self.assertGreater((self.support / "letzter-import.log").stat().st_size, size)
-        self.assert_alert(message)
+        self.assert_alert(TITLE, message)
         self.assert_nothing_temporary()
-
-    def peak_memory(self):
-        for line in pathlib.Path(f"/proc/{self.program.pid}/status").read_text().splitlines():
-            if line.startswith("VmHWM:"):
-                return int(line.split()[1]) * 1024
-        raise AssertionError("the peak of the memory cannot be read")
 
     def test_a_failure_leaves_the_older_pointer_whole(self):
         self.start()
@@ -233,7 +219,7 @@ class ImportFailed(BlackBox):
         self.importer.write_text("#!/bin/sh\necho 'FEHLER: jetzt nicht'\nexit 1\n")
         self.window.press(w.DOWNLOAD)
         self.window.says(failed("jetzt nicht"))
-        self.assert_alert(failed("jetzt nicht"))
+        self.assert_alert(TITLE, failed("jetzt nicht"))
         self.assertEqual((self.support / "last-import.txt").read_bytes(), pointer)
         self.assertIsNone(self.window.find(w.FINDER), "there is no finished package to show any more")
 
@@ -286,7 +272,7 @@ class ImportStopped(BlackBox):
         self.window.press(w.CANCEL)
         self.assert_says_in_grey(CANCELLED)
         self.assert_gone(pid)
-        self.assertIsNone(self.window.find(OK), "there is no alert")
+        self.assertIsNone(self.window.find(w.OK), "there is no alert")
         self.assertFalse((self.support / "last-import.txt").exists())
         self.assertTrue((self.support / "letzter-import.log").exists())
         self.assert_nothing_temporary()
@@ -305,20 +291,22 @@ class ImportStopped(BlackBox):
     def test_ending_the_program_ends_the_importer(self):
         pid = self.start_import()
         self.program.terminate()
-        self.program.wait(5)
+        self.assert_ended_well(5)
         self.assert_gone(pid, 0.5)
+        self.assert_nothing_temporary()
 
     def test_an_importer_that_ignores_the_end_of_the_program_is_killed(self):
         pid = self.start_import(NORVAXEL_SANDBOX_IMPORT="ignore-term")
         self.importer_event("ignoring")
         self.program.terminate()
-        self.program.wait(6)
+        self.assert_ended_well(6)
         self.assert_gone(pid, 0.5)
+        self.assert_nothing_temporary()
 
     def test_a_crash_of_the_program_takes_the_importer_along(self):
         pid = self.start_import()
         self.program.send_signal(signal.SIGKILL)
-        self.expected_exit = (-signal.SIGKILL,)
+        self.expected_exit = -signal.SIGKILL
         self.program.wait(5)
         self.assert_gone(pid, 3)
 

@@ -1,0 +1,252 @@
+"""A route from its stations to its package: the list, the three ways to travel, every trace of it."""
+import json
+import pathlib
+import unittest
+
+import x11
+from harness import mode, w
+from routes import BERLIN, FINISHED, LEIPZIG, MUNICH, PROGRESS, REMOVED, RouteCase
+from test_place_road import UUID
+from test_search import collection, feature
+
+CHOSEN = "Treffer ausgewählt. Füge ihn deiner Route als Station hinzu."
+FIRST = "Start gesetzt. Suche jetzt dein Ziel und füge es als Station hinzu."
+ADDED = "Station hinzugefügt. Reihenfolge prüfen und Route berechnen."
+MOVED = "Reihenfolge geändert. Die Route wird in dieser Reihenfolge berechnet."
+ROUTING = "https://routing.openstreetmap.de/routed-car/route/v1/driving"
+TRAVEL = (("car", w.CAR, "Route, Gebäude", []), ("train", w.TRAIN, "Gleisverlauf, Gebäude", ["--travel", "rail"]),
+          ("flight", w.FLIGHT, "Flugbogen, Gebäude", ["--travel", "flight"]))
+
+
+def numbered(*names):
+    return [f"{number} · {name}" for number, name in enumerate(names, 1)]
+
+
+class RouteRoad(RouteCase):
+    def test_each_way_to_travel_leaves_exactly_the_package_the_pointer_and_the_log(self):
+        gate = self.folder / "gate"
+        self.start_route(BERLIN, MUNICH, NORVAXEL_SANDBOX_GATE=gate)
+        for number, (travel, segment, along, words) in enumerate(TRAVEL):
+            with self.subTest(travel):
+                gate.unlink(missing_ok=True)
+                self.window.press(segment)
+                self.window.press(w.CALCULATE)
+                self.assert_says_in_grey(PROGRESS.format(along))
+                started = self.importer_event(number=number)
+                self.assert_started_as_agreed(started, words)
+                self.assert_locked()
+                gate.touch()
+                self.assert_says_in_grey(FINISHED)
+                self.assert_finished(pathlib.Path(started["argv"][5]), travel)
+                self.assert_idle()
+        self.assertEqual(len(self.packages()), 3)
+        self.assertEqual(self.stations(), numbered(BERLIN, MUNICH), "the stations stay")
+
+    def assert_started_as_agreed(self, started, travel_words):
+        job, output = pathlib.Path(started["cwd"]), pathlib.Path(started["argv"][5])
+        self.assertEqual(job.parent, self.temporary)
+        self.assertRegex(job.name, f"^Norvaxel-Route-{UUID}$")
+        self.assertEqual(mode(job), 0o700)
+        self.assertEqual(started["argv"], [str(self.importer), "--route", "--stations", f"{job}/stations.json",
+                                           "--output", str(output), "--endpoint", ROUTING, "--3d", *travel_words])
+        self.assertEqual(output.parent, self.support / "Routen")
+        self.assertRegex(output.name,
+                         r"^berlin-hauptbahnhof-munchen-hauptbahnhof-\d{8}-\d{6}-[0-9A-F]{8}$")
+        self.assertEqual(started["descriptors"], {"0": "/dev/null", "1": f"{job}/route.log",
+                                                  "2": f"{job}/route.log"}, "and no other descriptor")
+        self.assertEqual(set(started["hand_over"]), {"route.log", "stations.json"})
+        self.assertEqual(started["hand_over"]["route.log"]["mode"], "0o600")
+        expected = {"stations": [{"lat": 52.5251, "lon": 13.3694, "name": BERLIN},
+                                 {"lat": 48.1402, "lon": 11.5583, "name": MUNICH}]}
+        self.assertEqual((job / "stations.json").read_bytes(),
+                         (json.dumps(expected, ensure_ascii=False, indent=4) + "\n").encode())
+        self.assertEqual(started["parent"], self.program.pid)
+
+    def assert_locked(self):
+        for control in (w.QUERY, w.SEARCH, w.LANGUAGE, w.CALCULATING, w.PLACE_MODE, w.ROUTE_MODE, w.ADD_STATION,
+                        w.REMOVE_STATION, w.STATION_UP, w.STATION_DOWN, w.ROUTING_FIELD, w.CAR, w.TRAIN, w.FLIGHT,
+                        w.RESULTS, w.STATIONS):
+            self.assertFalse(self.window.enabled(control), control[1])
+        self.assertTrue(self.window.enabled(w.CANCEL))
+        self.assertIsNone(self.window.find(w.FINDER), "there is no finished package while one is made")
+
+    def assert_finished(self, package, travel):
+        files = {str(file.relative_to(package)) for file in package.rglob("*") if file.is_file()}
+        self.assertEqual(files, {"route.nxd", "stations.nxd", "basemap/origin.nxd", "basemap/norvaxel3d.json"},
+                         "no record of a choice is written for a route")
+        expected = {"car": "car", "train": "rail", "flight": "flight"}[travel]
+        self.assertEqual(json.loads((package / "route.nxd").read_text())["travel"], expected)
+        self.assertEqual((self.support / "last-route.txt").read_bytes(), f"{package}/route.nxd\n".encode())
+        self.assertEqual(sorted(each.name for each in self.support.iterdir()),
+                         ["Routen", "last-route.txt", "letzter-import.log"])
+        log = self.support / "letzter-import.log"
+        self.assertTrue(log.read_text(encoding="utf-8").startswith("Route: 0 %\n"))
+        self.assertTrue(log.read_text(encoding="utf-8").endswith("Fertig: 100 %\n"))
+        self.assertEqual(mode(log) & 0o077, 0, "the log stays private")
+        self.assert_nothing_temporary()
+        self.window.control(w.FINDER)
+
+    def test_a_routing_service_of_ones_own_is_passed_on_trimmed(self):
+        self.start_round_trip()
+        self.window.type(w.ROUTING_FIELD, "  HTTPS://routen.example.org:8443/auto ")
+        self.compute()
+        self.assertEqual(self.importer_event()["argv"][6:], ["--endpoint", "HTTPS://routen.example.org:8443/auto",
+                                                             "--3d"])
+
+    def test_a_pointer_that_cannot_be_written_is_told_as_a_success(self):
+        (self.support / "last-route.txt").mkdir(parents=True)
+        self.start_round_trip()
+        told = ("Das Paket ist gespeichert. Öffne den Ordner und wähle route.nxd im Plugin; die Verbindung zu Resolve "
+                "konnte nicht gespeichert werden.")
+        self.compute(told)
+        self.assert_says_in_grey(told)
+        self.window.control(w.FINDER)
+        self.assert_nothing_temporary()
+
+    def test_an_import_and_a_route_have_pointers_of_their_own(self):
+        self.start()
+        self.import_first()
+        self.window.press(w.ROUTE_MODE)
+        self.window.press(w.ADD_STATION)
+        self.window.says("Stationen · 1 / 32")
+        self.add_selected()
+        self.compute()
+        self.assertEqual(sorted(each.name for each in self.support.iterdir()),
+                         ["Ortsdaten", "Routen", "last-import.txt", "last-route.txt", "letzter-import.log"])
+        self.assertTrue((self.support / "letzter-import.log").read_text(encoding="utf-8").startswith("Route: 0 %\n"))
+
+
+class RouteStations(RouteCase):
+    """Collecting, ordering and removing stations."""
+
+    def test_one_station_is_no_route_and_two_are(self):
+        self.start_route(BERLIN)
+        self.window.says(FIRST)
+        self.assertFalse(self.window.enabled(w.CALCULATE))
+        self.add_selected()
+        self.assert_says_in_grey(ADDED)
+        self.assertEqual(self.stations(), numbered(BERLIN, BERLIN), "a round trip is a route")
+        self.assertEqual(self.selected_station(), 1)
+        self.compute()
+
+    def test_thirty_two_stations_are_accepted_and_a_thirty_third_is_impossible(self):
+        self.start_route(BERLIN)
+        for _ in range(30):
+            self.add_selected()
+        self.assertTrue(self.window.enabled(w.ADD_STATION), "there is room for one more")
+        self.add_selected()
+        self.assertFalse(self.window.enabled(w.ADD_STATION))
+        self.window.click(w.RESULTS, 0, "b1d")
+        x11.press("Return")
+        # Whatever a person does after that is seen after that.
+        self.window.type(w.ROUTING_FIELD, ROUTING + "/x")
+        self.assertEqual(len(self.stations()), 32)
+        self.window.says("Stationen · 32 / 32")
+        self.compute()
+        document = json.loads(self.importer_event()["hand_over"]["stations.json"]["text"])
+        self.assertEqual(document["stations"], [{"lat": 52.5251, "lon": 13.3694, "name": BERLIN}] * 32)
+
+    def test_stations_are_moved_and_removed_by_buttons(self):
+        self.start_route(BERLIN, MUNICH, LEIPZIG)
+        self.assert_edits(lambda: self.window.press(w.STATION_UP), lambda: self.window.press(w.STATION_DOWN),
+                          lambda: self.window.press(w.REMOVE_STATION))
+
+    def test_stations_are_moved_and_removed_by_keys(self):
+        self.start_route(BERLIN, MUNICH, LEIPZIG)
+        self.window.select(w.STATIONS, 2)
+        self.assert_edits(lambda: x11.press("Alt+Up"), lambda: x11.press("Alt+Down"),
+                          lambda: x11.press("Delete"))
+
+    def assert_edits(self, up, down, remove):
+        """Walks the last of three stations to the top and back and removes all of them."""
+        self.assertEqual(self.selected_station(), 2, "what was added last is selected")
+        self.assertFalse(self.window.enabled(w.STATION_DOWN))
+        self.edit(up, (BERLIN, LEIPZIG, MUNICH), 1, MOVED)
+        self.edit(up, (LEIPZIG, BERLIN, MUNICH), 0, MOVED)
+        self.assertFalse(self.window.enabled(w.STATION_UP))
+        self.edit(down, (BERLIN, LEIPZIG, MUNICH), 1, MOVED)
+        self.edit(down, (BERLIN, MUNICH, LEIPZIG), 2, MOVED)
+        self.edit(remove, (BERLIN, MUNICH), 1, REMOVED)
+        self.window.select(w.STATIONS, 0)
+        self.edit(remove, (MUNICH,), 0, REMOVED)
+        self.assertFalse(self.window.enabled(w.CALCULATE), "one station is no route")
+        self.edit(remove, (), -1, REMOVED)
+        for control in (w.REMOVE_STATION, w.STATION_UP, w.STATION_DOWN):
+            self.assertFalse(self.window.enabled(control), control[1])
+
+    def edit(self, act, order, selected, says):
+        act()
+        # First the number, so that no row is asked for that is just going.
+        self.window.says(f"Stationen · {len(order)} / 32")
+        w.until(lambda: self.stations() == numbered(*order), f"the order is {order}", w.SECONDS,
+                self.window.describe)
+        self.window.says(says)
+        self.assertEqual(self.selected_station(), selected)
+
+    def test_moving_the_first_station_up_or_the_last_down_changes_nothing(self):
+        self.start_route(BERLIN, MUNICH)
+        self.search("Berlin")
+        for result, row, keys, back, there in ((0, 0, "Alt+Up", "Down", 1), (1, 1, "Alt+Down", "Up", 0)):
+            with self.subTest(keys):
+                self.window.select(w.RESULTS, result)
+                self.window.says(CHOSEN)
+                self.window.select(w.STATIONS, row)
+                x11.press(keys)
+                # Keys come in order: when the next one has been seen, so has this one.
+                x11.press(back)
+                w.until(lambda: self.selected_station() == there, f"“{back}” moves the selection", 5,
+                        self.window.describe)
+                self.assertEqual(self.stations(), numbered(BERLIN, MUNICH))
+                self.window.says(CHOSEN, 0)
+
+    def test_a_double_click_and_return_on_a_result_add_it(self):
+        self.start("--route")
+        self.search("Berlin")
+        self.window.click(w.RESULTS, 1, "b1d")
+        self.window.says("Stationen · 1 / 32")
+        self.assert_says_in_grey(FIRST)
+        self.search(MUNICH)
+        self.window.select(w.RESULTS, 0)
+        self.window.says(CHOSEN)
+        self.window.key(w.KEY_RETURN)
+        self.window.says("Stationen · 2 / 32")
+        self.assertEqual(self.stations(), numbered("Berlin", MUNICH))
+        self.assertIn("New Hampshire", self.window.rows(w.STATIONS)[0], "the row that was clicked")
+
+    def test_in_place_mode_a_double_click_only_leads_to_the_button(self):
+        self.start()
+        self.search("Berlin")
+        self.window.click(w.RESULTS, 1, "b1d")
+        w.until(lambda: self.window.focused(w.DOWNLOAD), "the button has the focus", 5, self.window.describe)
+        self.assertEqual(self.importer_events(), [])
+        self.window.press(w.ROUTE_MODE)
+        self.assertEqual(self.stations(), [])
+
+    def test_a_place_at_the_edge_of_the_earth_is_added(self):
+        self.geocoder_behaves({"body": collection(feature("zu weit", 200, 10), feature("zu hoch", 10, 95),
+                                                  feature("Ecke", 180, -90))})
+        self.start("--route")
+        self.search("überall")
+        self.assertEqual(self.rows(), ["Ecke\n-90.0000, 180.0000"])
+        self.window.select(w.RESULTS, 0)
+        self.add_selected()
+        self.add_selected()
+        self.compute()
+        document = self.importer_event()["hand_over"]["stations.json"]["text"]
+        self.assertIn('"lat": -90,\n            "lon": 180,', document)
+
+    def test_a_running_search_blocks_adding_but_not_removing(self):
+        self.start_route(BERLIN, MUNICH)
+        self.geocoder_behaves({"hang": True})
+        self.window.press(w.SEARCH)
+        w.until(lambda: len(self.requests()) == 3, "the search is under way")
+        self.assertFalse(self.window.enabled(w.ADD_STATION))
+        self.assertFalse(self.window.enabled(w.CALCULATE))
+        self.edit(lambda: self.window.press(w.REMOVE_STATION), (BERLIN,), 0, REMOVED)
+        self.window.press(w.CANCEL)
+        self.window.says("Suche abgebrochen.")
+        self.assertEqual(self.stations(), numbered(BERLIN))
+
+
+if __name__ == "__main__":
+    unittest.main()
