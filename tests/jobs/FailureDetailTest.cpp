@@ -93,7 +93,12 @@ TEST_F(FailureDetail, place_reads_a_log_of_a_gibibyte_with_flat_memory) {
 #else
     const long unit = 1024; // KiB
 #endif
-    EXPECT_LT((after.ru_maxrss - before.ru_maxrss) * unit, 16L << 20);
+#if defined(__SANITIZE_ADDRESS__)
+    const long most = 400L << 20; // the sanitizer keeps 256 MiB of what was freed
+#else
+    const long most = 16L << 20;
+#endif
+    EXPECT_LT((after.ru_maxrss - before.ru_maxrss) * unit, most);
 }
 
 TEST_F(FailureDetail, route_takes_the_first_line_after_the_last_marker) {
