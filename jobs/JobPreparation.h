@@ -11,8 +11,8 @@
 
 // The per-user folder that the plug-in reads: the desktop's data folder, "Norvaxel",
 // "Norvaxel 3D". The data folder is made if it is missing, the other two are not.
-// $XDG_DATA_HOME when it is an absolute path, else $HOME/.local/share (XDG Base Directory
-// Specification); on macOS the user's Application Support folder. Nothing if there is none.
+// $XDG_DATA_HOME when it is an absolute path, else $HOME/.local/share, as freedesktop.org's XDG Base
+// Directory has it; on macOS the user's Application Support folder. Nothing if there is none.
 std::optional<QString> NXSupportFolder();
 
 // The importer tool in `folder`; nothing unless it is an executable file.
