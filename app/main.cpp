@@ -11,7 +11,10 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     look::applyLook(application);
     const bool route = QApplication::arguments().contains("--route"_L1);
-    NXImportApp controller(route ? NXImportApp::Mode::Route : NXImportApp::Mode::Place);
-    controller.applicationDidFinishLaunching();
+    // Lives as long as the process: nobody waits for a window to be taken apart that is gone from the
+    // screen. What must not outlive the program ends in applicationWillTerminate().
+    static auto* const controller =
+        new NXImportApp(route ? NXImportApp::Mode::Route : NXImportApp::Mode::Place);
+    controller->applicationDidFinishLaunching();
     return QApplication::exec();
 }

@@ -9,7 +9,7 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     look::applyLook(application);
     FirstFrame::watch();
-    NXImportApp controller(NXImportApp::Mode::Place);
-    controller.applicationDidFinishLaunching();
+    static auto* const controller = new NXImportApp(NXImportApp::Mode::Place);
+    controller->applicationDidFinishLaunching();
     return QApplication::exec();
 }

@@ -87,7 +87,8 @@ bool Button::event(QEvent* event) {
         break;
     case QEvent::WindowActivate:
     case QEvent::WindowDeactivate:
-        if (kind_ == ButtonKind::Prominent) {
+        // Disabled it looks the same in both.
+        if (kind_ == ButtonKind::Prominent && isEnabled()) {
             update();
         }
         break;

@@ -57,6 +57,15 @@ bool PlaceList::event(QEvent* event) {
     return isHandled;
 }
 
+bool PlaceList::viewportEvent(QEvent* event) {
+    const bool isActivation =
+        event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate;
+    // Without rows nothing tells an active window's list from another's, and the toolkit would draw
+    // it a second time at every start.
+    const bool isEmpty = !model() || model()->rowCount() == 0;
+    return isActivation && isEmpty ? false : QListView::viewportEvent(event);
+}
+
 void PlaceList::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     QListView::selectionChanged(selected, deselected);
     // The ring of a list says "nothing is selected yet".

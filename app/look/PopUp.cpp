@@ -1,6 +1,5 @@
 #include "PopUp.h"
 
-#include "Fonts.h"
 #include "LiteralText.h"
 #include "ToolTip.h"
 
@@ -12,7 +11,7 @@
 namespace look {
 
 PopUp::PopUp(int width, QWidget* parent) : QComboBox(parent) {
-    setFont(look::font(13));
+    // Its font is the application's: setting one would make the menu before anybody opens it.
     setFixedSize(width, 28);
 }
 
