@@ -3,9 +3,8 @@
 //
 //   bench_translate [--benchmark_repetitions=9 --benchmark_enable_random_interleaving=true ...]
 //
-// The rows are the real ones, filled up with sentences like them. Every way looks up the same keys
-// in the same random order, long enough for the processor not to learn it, and is checked against
-// the table before it is measured.
+// Every way looks up the same keys in the same random order, long enough for the processor not to learn
+// it, and is checked against the table before it is measured.
 
 #include "Translation.h"
 
@@ -18,17 +17,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <deque>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <random>
 
 namespace {
 
 using nxui::CatalogRow;
 
-constexpr std::size_t fullSize = 879;
 constexpr const char* domain = "bench";
 
 [[noreturn]] void fail(const std::string& what) {
@@ -36,43 +32,12 @@ constexpr const char* domain = "bench";
     std::exit(1);
 }
 
-// A sentence of 1 to 16 words, so that keys begin alike as the real ones do and differ in length.
-std::string sentence(std::mt19937& random) {
-    static const char* const words[] = {
-        "Die",       "Der",   "Das",       "Route",   "Ordner",    "konnte", "nicht",  "angelegt",
-        "werden.",   "Karte", "Gebäude",   "Gelände", "Höhe",      "für",    "wählen", "Übergang",
-        "Stationen", "im",    "Bild",      "Farbe",   "Straßen",   "und",    "mit",    "laden",
-        "Größe",     "des",   "Fensters.", "Linie",   "Deckkraft", "·",      "3D",     "Ansicht"};
-    std::string text = words[random() % std::size(words)];
-    for (std::size_t rest = random() % 16; rest > 0; --rest)
-        text += std::string(" ") + words[random() % std::size(words)];
-    return text;
-}
-
 class Table {
 public:
-    Table() {
+    Table() : rows(nxui::catalog.begin(), nxui::catalog.end()) {
+        for (const CatalogRow& row : rows)
+            keys.emplace_back(row[0]);
         std::mt19937 random(20261121);
-        std::map<std::string, std::vector<std::string>> cells; // by key, in the order of strcmp
-        for (const CatalogRow& row : nxui::catalog) {
-            std::vector<std::string>& copy = cells[row[0]];
-            for (const char* cell : row)
-                copy.push_back(cell && *cell ? cell : sentence(random));
-        }
-        while (cells.size() < fullSize) {
-            std::vector<std::string>& made = cells[sentence(random)];
-            while (made.size() < nxui::languageCodes.size())
-                made.push_back(sentence(random));
-        }
-        for (auto& [key, texts] : cells) {
-            texts[0] = key;
-            CatalogRow row{};
-            std::transform(texts.begin(), texts.end(), row.begin(), [&](const std::string& text) {
-                return kept_.emplace_back(text).c_str();
-            });
-            rows.push_back(row);
-            keys.push_back(key);
-        }
         for (std::size_t& position : order)
             position = random() % keys.size();
     }
@@ -80,9 +45,6 @@ public:
     std::vector<CatalogRow> rows;
     std::vector<std::string> keys;
     std::vector<std::size_t> order = std::vector<std::size_t>(std::size_t(1) << 16); // of look-ups
-
-private:
-    std::deque<std::string> kept_; // whose elements stay where they are
 };
 
 const Table& table() {

@@ -11,7 +11,7 @@
 namespace nxui {
 
 // One text in the order of languageCodes, as NUL-terminated UTF-8. Cell 0, the German text, is the
-// key. A translation that is still to be written is null.
+// key. In the catalogue no cell is empty; elsewhere a null or empty one shows English instead.
 using CatalogRow = std::array<const char*, languageCodes.size()>;
 
 // Every row, in strictly ascending order of the keys as strcmp compares them. Constant data made at

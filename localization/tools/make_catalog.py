@@ -9,6 +9,7 @@ import argparse
 import pathlib
 import re
 import sys
+import unicodedata
 
 import polib
 
@@ -30,6 +31,37 @@ def quoted(text):
     return '"' + "".join(
         escapes.get(c, f"\\{ord(c):03o}" if ord(c) < 32 or ord(c) == 127 else c) for c in text
     ) + '"'
+
+
+def outer_space(text):
+    """The white space before and after a text."""
+    return text[: len(text) - len(text.lstrip())], text[len(text.rstrip()) :]
+
+
+def fault_of_key(key):
+    """What is wrong with a German text; empty if nothing is."""
+    if unicodedata.normalize("NFC", key) != key:
+        return "is not in Unicode's composed form (NFC)"
+    # Line feed and space, which open the fragments that are appended to others, sort before all
+    # letters, and "Ü" after them.
+    if not (key[0] in "\n " or "!" <= key[0] <= "Ü"):
+        return "begins with a sign that does not sort between the line feed and the Ü"
+    return ""
+
+
+def fault_of_cell(key, cell):
+    """What is wrong with a translation that is there; empty if nothing is."""
+    wanted = PLACEHOLDER.findall(key)
+    found = PLACEHOLDER.findall(cell)
+    if wanted != found:
+        return f"needs the placeholders {wanted} in this order, not {found}"
+    if unicodedata.normalize("NFC", cell) != cell:
+        return "has a translation that is not in Unicode's composed form (NFC)"
+    # Scripts that write no spaces may have less than the German.
+    for have, may in zip(outer_space(cell), outer_space(key)):
+        if have not in (may, may.replace(" ", "")):
+            return f"has {quoted(have)} at an end of its translation, where the German has {quoted(may)}"
+    return ""
 
 
 def read_utf8(path):
@@ -66,15 +98,16 @@ def read_language(path, language):
             raise CatalogError(f"{where} is marked fuzzy: check it or leave it empty")
         if "\0" in entry.msgid + entry.msgstr:
             raise CatalogError(f"{where} holds a NUL, which would cut it short")
-        wanted = PLACEHOLDER.findall(entry.msgid)
-        found = PLACEHOLDER.findall(entry.msgstr)
-        if entry.msgstr and wanted != found:
-            raise CatalogError(f"{where} needs the placeholders {wanted} in this order, not {found}")
+        fault = fault_of_key(entry.msgid)
+        if not fault and entry.msgstr:
+            fault = fault_of_cell(entry.msgid, entry.msgstr)
+        if fault:
+            raise CatalogError(f"{where} {fault}")
         rows[entry.msgid] = entry.msgstr
     return rows
 
 
-def read_folder(folder, allow_unwritten):
+def read_folder(folder):
     """The rows of one folder: German text to its 13 translations."""
     present = {path.stem for path in folder.glob("*.po")}
     if not present:
@@ -92,21 +125,45 @@ def read_folder(folder, allow_unwritten):
             where = f"{folder / language}.po: the row {quoted(key)}"
             if key not in column:
                 raise CatalogError(f"{where} is missing")
-            if not column[key] and (language == "en" or not allow_unwritten):
+            if not column[key].strip() and key.strip():
                 raise CatalogError(f"{where} has no translation")
     return {key: [columns[code][key] for code in LANGUAGES] for key in keys}
 
 
-def read_catalog(folders, allow_unwritten):
+def read_catalog(folders):
     catalog = {}
     for folder in folders:
-        for key, cells in read_folder(folder, allow_unwritten).items():
+        for key, cells in read_folder(folder).items():
             if key in catalog:
                 raise CatalogError(f"{folder}: the row {quoted(key)} stands in another folder too")
             catalog[key] = cells
     if not catalog:
         raise CatalogError("no rows: " + ", ".join(map(str, folders)))
     return catalog
+
+
+def check_figures(catalog, arguments):
+    """Holds the whole catalogue against the figures that were agreed on with the plug-in."""
+
+    def check(what, wanted, keys, figure=len):
+        found = figure(keys)
+        if wanted is not None and found != wanted:
+            names = "; ".join(quoted(key) for key in keys[:50])
+            raise CatalogError(f"{what}: {found} instead of {wanted}: {names}")
+
+    keys = sorted(catalog, key=lambda text: text.encode("utf-8"))
+    if arguments.rows is not None and len(keys) != arguments.rows:
+        counts = ", ".join(f"{len(read_folder(folder))} in {folder}" for folder in arguments.folders)
+        raise CatalogError(
+            f"{len(keys)} rows instead of {arguments.rows} ({counts}), "
+            f"from the row {quoted(keys[0])} to the row {quoted(keys[-1])}"
+        )
+    longest = sorted(keys, key=lambda key: len(key.encode("utf-8")))[-1:]
+    check("bytes of the longest row", arguments.longest, longest,
+          lambda keys: len(keys[0].encode("utf-8")))
+    check("rows with a line feed", arguments.line_feeds, [key for key in keys if "\n" in key])
+    check("rows whose English is the German", arguments.like_english,
+          [key for key in keys if catalog[key][0] == key])
 
 
 def source(catalog):
@@ -124,7 +181,7 @@ def source(catalog):
     ]
     # The order of strcmp, which compares unsigned bytes.
     for key in sorted(catalog, key=lambda text: text.encode("utf-8")):
-        cells = [quoted(cell) if cell else "nullptr" for cell in (key, *catalog[key])]
+        cells = [quoted(cell) for cell in (key, *catalog[key])]
         lines.append("    {" + ",\n     ".join(cells) + "},")
     lines += [
         "};",
@@ -142,18 +199,19 @@ def source(catalog):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--output", type=pathlib.Path, required=True, help="the file to write")
-    parser.add_argument(
-        "--allow-unwritten",
-        action="store_true",
-        help="let cells other than English be empty: English stands in for them",
-    )
+    figures = parser.add_argument_group("figures of the whole catalogue, each checked where it is given")
+    figures.add_argument("--rows", type=int)
+    figures.add_argument("--longest", type=int, help="bytes of the longest German text")
+    figures.add_argument("--line-feeds", type=int, help="rows with a line feed in them")
+    figures.add_argument("--like-english", type=int, help="rows whose English is the German")
     parser.add_argument("folders", type=pathlib.Path, nargs="+", help="folders of PO files")
     arguments = parser.parse_args()
     try:
-        text = source(read_catalog(arguments.folders, arguments.allow_unwritten))
+        catalog = read_catalog(arguments.folders)
+        check_figures(catalog, arguments)
     except CatalogError as error:
         sys.exit(f"{error}")
-    arguments.output.write_text(text, encoding="utf-8", newline="\n")
+    arguments.output.write_text(source(catalog), encoding="utf-8", newline="\n")
 
 
 if __name__ == "__main__":

@@ -65,13 +65,14 @@ class MakeCatalog(unittest.TestCase):
         return self.output.read_text(encoding="utf-8")
 
     def test_rows_of_both_folders_are_in_the_order_of_their_bytes(self):
-        keys = ["~", "Über", "a", "\\nZeile", " x", "Z", "😀", "｡", "ß"]
+        keys = ["~", "Über", "a", "\\nZeile", " x", "Z", "Ü😀", "Ü｡", "Üß"]
         self.write(self.program, "".join(entry(key, key) for key in keys[:5]))
         self.write(self.plugin, "".join(entry(key, key) for key in keys[5:]))
         text = self.assert_makes()
         found = [line[5:-1] for line in text.split("\n") if line.startswith('    {"')]
         self.assertEqual(
-            found, [f'"{key}"' for key in ["\\nZeile", " x", "Z", "a", "~", "Über", "ß", "｡", "😀"]]
+            found,
+            [f'"{key}"' for key in ["\\nZeile", " x", "Z", "a", "~", "Über", "Üß", "Ü｡", "Ü😀"]],
         )
 
     def test_signs_that_cpp_reads_differently_are_escaped(self):
@@ -131,13 +132,49 @@ class MakeCatalog(unittest.TestCase):
         self.write(self.program, 'msgctxt "menu"\n' + entry("Suchen", "Zoek"), only="ru")
         self.assert_fails_naming("ru.po:", '"Suchen"', "context")
 
-    def test_empty_cell_needs_permission_and_english_is_always_needed(self):
-        self.write(self.program, entry("Suchen", ""), only="ar")
-        self.assert_fails_naming("ar.po", '"Suchen"', "no translation")
-        self.assertIn("nullptr", self.assert_makes("--allow-unwritten"))
+    def test_empty_cell_is_named(self):
+        for cell in ["", " "]:
+            for language in ["ar", "en"]:
+                with self.subTest(cell=cell, language=language):
+                    self.write(self.program, entry("Suchen", "x"))
+                    self.write(self.program, entry("Suchen", cell), only=language)
+                    self.assert_fails_naming(f"{language}.po", '"Suchen"')
+
+    def test_text_that_is_not_composed_is_named(self):
+        self.write(self.program, entry("Suchen", "chercher e\u0301"), only="fr")
+        self.assert_fails_naming("fr.po:", '"Suchen"', "NFC")
+        self.write(self.program, entry("Gro\u0308ße", "x"))
+        self.assert_fails_naming("Gro", "NFC")
+
+    def test_space_at_an_end_that_the_german_lacks_is_named(self):
+        for german, cell in [("a", "a "), ("a", " a"), ("a", "a\\n"), ("a ", "a  "), (" a", "\\na"),
+                             ("\\na", "a"), ("a", "\u00a0a")]:
+            with self.subTest(german=german, cell=cell):
+                self.write(self.program, entry(german, german))
+                self.write(self.program, entry(german, cell), only="pl")
+                self.assert_fails_naming("pl.po:", "at an end")
+
+    def test_space_at_an_end_may_be_missing_where_a_script_writes_none(self):
+        self.write(self.program, entry(" und ", " x "))
+        self.write(self.program, entry(" und ", "和"), only="zh-Hans")
+        self.assertIn('"和"', self.assert_makes())
+
+    def test_row_that_would_not_sort_between_line_feed_and_ue_is_named(self):
+        for key in ["ß", "über", "…", "\\tx"]:
+            with self.subTest(key):
+                self.write(self.program, entry(key, "x"))
+                self.assert_fails_naming(key, "sort")
+
+    def test_figures_of_the_whole_catalogue_are_held(self):
+        self.write(self.program, entry("Route", "Route") + entry("Größe\\n", "Size\\n"))
+        good = ["--rows", "2", "--longest", "8", "--line-feeds", "1", "--like-english", "1"]
+        self.assert_makes(*good)
         self.output.unlink()
-        self.write(self.program, entry("Suchen", ""), only="en")
-        self.assert_fails_naming("en.po", '"Suchen"', options=["--allow-unwritten"])
+        for figure, name in [(1, '"Route"'), (3, '"Größe'), (5, '"Größe'), (7, '"Route"')]:
+            with self.subTest(good[figure - 1]):
+                wrong = [*good]
+                wrong[figure] = "9"
+                self.assert_fails_naming(name, "instead of 9", options=wrong)
 
     def test_catalogue_without_rows_is_refused(self):
         self.write(self.program, "")
