@@ -1,6 +1,7 @@
 #include "LanguageDialog.h"
 
 #include "Button.h"
+#include "Fonts.h"
 #include "Label.h"
 #include "Language.h"
 #include "NXLocal.h"
@@ -39,6 +40,7 @@ LanguageDialog::LanguageDialog(QWidget* parent)
             NXLocal(u"Die Sprache wird nur auf diesem Gerät gespeichert."_s), parent),
       languages_(new look::PopUp(300)) {
     languages_->setObjectName("languages"_L1);
+    languages_->setFont(look::fontForNames(13));
     languages_->addItem(NXLocal(u"Automatisch (Systemsprache)"_s));
     languages_->addItems(languageNames());
     languages_->setCurrentIndex(entryInUse());

@@ -1,5 +1,6 @@
 #include "NXImportApp.h"
 
+#include "Fonts.h"
 #include "Language.h"
 #include "Style.h"
 
@@ -9,6 +10,7 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
+    look::preferLettersOf(nxui::currentLanguage(nxui::Product::ThreeD));
     look::applyLook(application);
     const bool route = QApplication::arguments().contains("--route"_L1);
     // Lives as long as the process: nobody waits for a window to be taken apart that is gone from the

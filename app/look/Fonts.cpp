@@ -1,14 +1,36 @@
 #include "Fonts.h"
 
+#include <QFontInfo>
 #include <QGuiApplication>
 
 namespace look {
 
+namespace {
+
+// The desktop's families where preferLettersOf() has put others in their place; else empty.
+QStringList& desktopFamilies() {
+    static QStringList families;
+    return families;
+}
+
+QFont sized(QFont font, int pixels, QFont::Weight weight) {
+    font.setPixelSize(pixels);
+    font.setWeight(weight);
+    return font;
+}
+
+} // namespace
+
 QFont font(int pixels, QFont::Weight weight) {
-    QFont made = QGuiApplication::font();
-    made.setPixelSize(pixels);
-    made.setWeight(weight);
-    return made;
+    return sized(QGuiApplication::font(), pixels, weight);
+}
+
+QFont fontForNames(int pixels, QFont::Weight weight) {
+    QFont desktops = QGuiApplication::font();
+    if (!desktopFamilies().isEmpty()) {
+        desktops.setFamilies(desktopFamilies());
+    }
+    return sized(desktops, pixels, weight);
 }
 
 QFont titleFont() {
@@ -30,6 +52,26 @@ int lineHeight(int pixels) {
     default:
         return qRound(pixels * 1.21);
     }
+}
+
+void preferLettersOf(std::string_view language) {
+    QString variant;
+    if (language == "zh-Hans") {
+        variant = QStringLiteral("SC");
+    } else if (language == "ja") {
+        variant = QStringLiteral("JP");
+    } else if (language == "ko") {
+        variant = QStringLiteral("KR");
+    } else {
+        return;
+    }
+    QFont font = QGuiApplication::font();
+    desktopFamilies() = font.families();
+    // The families under which the one common font with all variants is packaged. Latin letters
+    // stay those of the desktop's font, which must be named: a generic name would be passed over.
+    font.setFamilies({QFontInfo(font).family(), QStringLiteral("Noto Sans CJK ") + variant,
+                      QStringLiteral("Source Han Sans ") + variant});
+    QGuiApplication::setFont(font);
 }
 
 } // namespace look

@@ -66,10 +66,11 @@ void PlaceRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     }
     const QRect text = row.adjusted(textInset, 0, -textInset, 0);
     drawText(*painter, QRect(text.left(), row.top() + 7, text.width(), 17),
-             index.data(Qt::DisplayRole).toString(), look::font(14, QFont::Medium), look.name,
-             option.direction);
+             index.data(Qt::DisplayRole).toString(), look::fontForNames(14, QFont::Medium),
+             look.name, option.direction);
     drawText(*painter, QRect(text.left(), row.top() + 27, text.width(), 14),
-             index.data(DetailRole).toString(), look::font(11), look.detail, option.direction);
+             index.data(DetailRole).toString(), look::fontForNames(11), look.detail,
+             option.direction);
     painter->restore();
 }
 

@@ -1,6 +1,7 @@
 // The main of every window test: surroundings of its own, then the application, then the tests.
 
 #include "Application.h"
+#include "Fonts.h"
 #include "Language.h"
 #include "Messages.h"
 #include "Style.h"
@@ -69,6 +70,7 @@ int main(int count, char** values) {
     settleSurroundings(home);
     qInstallMessageHandler(keepMessage);
     Application application(count, values);
+    look::preferLettersOf(programLanguage.stored);
     look::applyLook(application);
     return RUN_ALL_TESTS();
 }
