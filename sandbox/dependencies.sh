@@ -12,6 +12,10 @@ RUN_PACKAGES=(
 HEADLESS_PACKAGES=(xvfb xkb-data dbus dbus-bin at-spi2-core python3-gi gir1.2-atspi-2.0)
 # To test: the test libraries, both sanitizers' runtimes come with g++.
 TEST_PACKAGES=(libgtest-dev libbenchmark-dev gettext util-linux libx11-6 libxtst6)
+# To draw the icons, to make the package and to judge it.
+TEST_PACKAGES+=(librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file)
+# To hold the files that are handed over against their schemas.
+TEST_PACKAGES+=(python3-jsonschema)
 
 # What must be callable where there is no apt-get to ask.
 RUN_COMMANDS=(c++ cmake ninja curl openssl python3)

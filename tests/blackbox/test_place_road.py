@@ -2,11 +2,29 @@
 import json
 import pathlib
 import re
+import sys
 import unittest
 
-from harness import CHOSEN, FINISHED, LOADING, BlackBox, mode, w
+from harness import CHOSEN, FINISHED, LOADING, ROOT, BlackBox, mode, w
+
+sys.path.insert(0, str(ROOT / "tests/sandbox"))
+import schemas  # noqa: E402
 
 UUID = r"[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}"
+
+
+def assert_as_documented(case, name, text):
+    """A file that the program has written is one that its schema describes."""
+    case.assertEqual(schemas.problems(name, schemas.read(text)), [], name)
+
+
+def assert_handed_over(case, started, *names):
+    """The importer found these files, each private and as its schema describes, and its log."""
+    found = started["hand_over"]
+    case.assertEqual({name.removesuffix(".json") for name in found if not name.endswith(".log")}, set(names))
+    case.assertEqual({name: facts["mode"] for name, facts in found.items()}, dict.fromkeys(found, "0o600"))
+    for name in names:
+        assert_as_documented(case, name, found[f"{name}.json"]["text"])
 
 
 class PlaceRoad(BlackBox):
@@ -57,6 +75,7 @@ class PlaceRoad(BlackBox):
                          ["buildings.nxd", "import-choice.json", "norvaxel3d.json", "origin.nxd",
                           "photon-search.json", "roads.nxd", "terrain.nxd"])
         started = self.importer_event()
+        assert_handed_over(self, started, "photon-selected", "photon-search")
         handed_over = started["hand_over"]
         self.assertEqual((package / "photon-search.json").read_text(encoding="utf-8"),
                          handed_over["photon-search.json"]["text"])
@@ -65,6 +84,7 @@ class PlaceRoad(BlackBox):
                          {"type": "FeatureCollection", "features": [answer["features"][1]]})
 
         choice = (package / "import-choice.json").read_text(encoding="utf-8")
+        assert_as_documented(self, "import-choice", choice)
         self.assertEqual(json.loads(choice), {
             "query": "Berlin", "selected_result": 2, "name": "Berlin", "radius_km": "1.2",
             "source": "OpenStreetMap direkt", "endpoint": "https://api.openstreetmap.org/api/0.6/map",
@@ -138,7 +158,9 @@ class PlaceRoad(BlackBox):
                 self.assertEqual(self.importer_events()[number]["argv"][12:],
                                  ["--endpoint", address, "--3d"])
                 package = pathlib.Path(self.importer_events()[number]["argv"][11])
-                choice = json.loads((package / "import-choice.json").read_text())
+                record = (package / "import-choice.json").read_text(encoding="utf-8")
+                assert_as_documented(self, "import-choice", record)
+                choice = json.loads(record)
                 self.assertEqual((choice["source"], choice["endpoint"]), (title, address))
 
     def test_a_service_of_ones_own_is_passed_on_trimmed(self):
@@ -150,6 +172,8 @@ class PlaceRoad(BlackBox):
         self.import_first("Wien")
         self.assertEqual(self.importer_event()["argv"][12:],
                          ["--endpoint", "https://karten.example.org/api?zone=1", "--3d"])
+        (package,) = self.packages()
+        assert_as_documented(self, "import-choice", (package / "import-choice.json").read_text(encoding="utf-8"))
 
     def test_each_import_gets_a_folder_of_its_own_and_the_pointer_leads_to_the_last(self):
         self.start(NORVAXEL_SANDBOX_SECONDS="0")

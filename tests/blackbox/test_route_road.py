@@ -6,7 +6,7 @@ import unittest
 import x11
 from harness import mode, w
 from routes import BERLIN, FINISHED, LEIPZIG, MUNICH, PROGRESS, REMOVED, RouteCase
-from test_place_road import UUID
+from test_place_road import UUID, assert_handed_over
 from test_search import collection, feature
 
 CHOSEN = "Treffer ausgewählt. Füge ihn deiner Route als Station hinzu."
@@ -55,7 +55,7 @@ class RouteRoad(RouteCase):
         self.assertEqual(started["descriptors"], {"0": "/dev/null", "1": f"{job}/route.log",
                                                   "2": f"{job}/route.log"}, "and no other descriptor")
         self.assertEqual(set(started["hand_over"]), {"route.log", "stations.json"})
-        self.assertEqual(started["hand_over"]["route.log"]["mode"], "0o600")
+        assert_handed_over(self, started, "stations")
         expected = {"stations": [{"lat": 52.5251, "lon": 13.3694, "name": BERLIN},
                                  {"lat": 48.1402, "lon": 11.5583, "name": MUNICH}]}
         self.assertEqual((job / "stations.json").read_bytes(),
@@ -143,6 +143,7 @@ class RouteStations(RouteCase):
         self.assertEqual(len(self.stations()), 32)
         self.window.says("Stationen · 32 / 32")
         self.compute()
+        assert_handed_over(self, self.importer_event(), "stations")
         document = json.loads(self.importer_event()["hand_over"]["stations.json"]["text"])
         self.assertEqual(document["stations"], [{"lat": 52.5251, "lon": 13.3694, "name": BERLIN}] * 32)
 
@@ -232,6 +233,7 @@ class RouteStations(RouteCase):
         self.add_selected()
         self.add_selected()
         self.compute()
+        assert_handed_over(self, self.importer_event(), "stations")
         document = self.importer_event()["hand_over"]["stations.json"]["text"]
         self.assertIn('"lat": -90,\n            "lon": 180,', document)
 

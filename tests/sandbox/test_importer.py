@@ -149,7 +149,8 @@ class PlaceImport(Importing):
                 ({**collection, "features": [BERLIN, BERLIN]}, "nicht genau einen"),
                 ({**collection, "type": "Feature"}, "nicht genau einen"), ([BERLIN], "nicht genau einen"),
                 ({**collection, "features": [elsewhere]}, "nicht auf der Erde"),
-                ({**collection, "features": [{"type": "Feature"}]}, "keine Koordinaten"),
+                ({**collection, "features": [{"type": "Feature"}]}, "kein Punkt"),
+                ({**collection, "features": [{"geometry": {"type": "Point"}}]}, "keine Koordinaten"),
                 ({**collection, "features": [{**BERLIN, "id": 1}]}, "steht nicht in der Antwort")):
             with self.subTest(because):
                 self.write("photon-selected.json", selected)
