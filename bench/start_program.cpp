@@ -6,6 +6,7 @@
 #include <QApplication>
 
 int main(int argc, char* argv[]) {
+    QGuiApplication::setDesktopFileName(QStringLiteral("de.norvaxel.orteundrouten"));
     QApplication application(argc, argv);
     look::applyLook(application);
     FirstFrame::watch();
