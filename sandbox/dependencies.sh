@@ -16,6 +16,8 @@ TEST_PACKAGES=(libgtest-dev libbenchmark-dev gettext util-linux libx11-6 libxtst
 TEST_PACKAGES+=(librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file)
 # To hold the files that are handed over against their schemas.
 TEST_PACKAGES+=(python3-jsonschema)
+# A screen of the other kind, without a screen.
+TEST_PACKAGES+=(weston qt6-wayland)
 
 # What must be callable where there is no apt-get to ask.
 RUN_COMMANDS=(c++ cmake ninja curl openssl python3)

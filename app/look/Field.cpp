@@ -90,8 +90,12 @@ void Field::alignToLeadingEdge() {
 void Field::takeTextColour() {
     QPalette changed = palette();
     const QColor text(isReadOnly() ? colours::secondary : colours::labelOnWell);
-    changed.setColor(QPalette::Active, QPalette::Text, text);
-    changed.setColor(QPalette::Inactive, QPalette::Text, text);
+    // The fill is lighter than a well's, and so is what must be readable on it.
+    const QColor placeholder(isReadOnly() ? colours::tertiary : colours::tertiaryOnWell);
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        changed.setColor(group, QPalette::Text, text);
+        changed.setColor(group, QPalette::PlaceholderText, placeholder);
+    }
     setPalette(changed);
 }
 

@@ -1,6 +1,7 @@
 #include "LiteralText.h"
 
 #include "Fonts.h"
+#include "Shapes.h"
 
 #include <QAbstractButton>
 #include <QFontMetrics>
@@ -139,7 +140,8 @@ void drawLine(QPainter& painter, const QRect& box, const Line& line, const QFont
     painter.setFont(font);
     painter.setPen(QColor(colour));
     painter.setLayoutDirection(direction);
-    painter.drawText(QPoint(x, box.top() + baseline(QFontMetrics(font), box.height())), line.text);
+    const int y = box.top() + baseline(QFontMetrics(font), box.height());
+    painter.drawText(QPointF(x, onDevicePixel(painter, y)), line.text);
 }
 
 Qt::LayoutDirection ownDirection(const QString& text, Qt::LayoutDirection otherwise) {
@@ -230,7 +232,12 @@ int TextBlock::leftmost() const {
 
 void TextBlock::draw(QPainter& painter, const QPoint& topLeft, QRgb colour) const {
     painter.setPen(QColor(colour));
-    layout_.draw(&painter, topLeft);
+    for (int i = 0; i < layout_.lineCount(); ++i) {
+        const QTextLine line = layout_.lineAt(i);
+        const qreal y = topLeft.y() + line.y() + line.ascent();
+        line.draw(&painter,
+                  QPointF(topLeft.x(), onDevicePixel(painter, y) - line.y() - line.ascent()));
+    }
 }
 
 } // namespace look

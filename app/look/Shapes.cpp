@@ -42,6 +42,16 @@ void drawTick(QPainter& painter, const QPointF (&points)[3], qreal width, QRgb s
 
 } // namespace
 
+qreal onDevicePixel(const QPainter& painter, qreal y) {
+    const QTransform transform = painter.deviceTransform();
+    if (isWhole(transform.m22()) || transform.type() > QTransform::TxScale) {
+        return y;
+    }
+    constexpr qreal rounding = 0.01;
+    const qreal mapped = std::floor(transform.map(QPointF(0, y)).y() + rounding);
+    return transform.inverted().map(QPointF(0, mapped)).y();
+}
+
 void fillRounded(QPainter& painter, const QRectF& rectangle, qreal radius, QRgb fill) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -75,12 +85,11 @@ void drawRaised(QPainter& painter, const QRectF& rectangle, qreal radius, const 
 }
 
 void drawBand(QPainter& painter, const QRectF& rectangle, qreal radius, qreal width, QRgb fill) {
-    const QRectF inner = onDevicePixels(painter, rectangle);
+    const QRectF outer = onDevicePixels(painter, rectangle.adjusted(-width, -width, width, width));
     QPainterPath band;
     band.setFillRule(Qt::OddEvenFill);
-    band.addRoundedRect(inner.adjusted(-width, -width, width, width), radius + width,
-                        radius + width);
-    band.addRoundedRect(inner, radius, radius);
+    band.addRoundedRect(outer, radius + width, radius + width);
+    band.addRoundedRect(onDevicePixels(painter, rectangle), radius, radius);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(band, QColor(fill));

@@ -20,6 +20,10 @@ struct Face {
     QRgb text;
 };
 
+// The next whole device pixel's edge at or above y. The painter would round a baseline to the
+// nearest one, and half a pixel further down a letter's tail may be cut off at the end of its line.
+qreal onDevicePixel(const QPainter& painter, qreal y);
+
 void fillRounded(QPainter& painter, const QRectF& rectangle, qreal radius, QRgb fill);
 
 // A filled shape with a line of one pixel inside its edge.

@@ -39,6 +39,9 @@ void settleSurroundings(const TemporaryFolder& home) {
                              "https_proxy", "ALL_PROXY", "all_proxy", "NO_PROXY", "no_proxy",
                              "QT_STYLE_OVERRIDE", "QT_SCALE_FACTOR", "DBUS_SESSION_BUS_ADDRESS"})
         qunsetenv(name);
+    // The scale is part of what a test is about, or it is 1.
+    if (qEnvironmentVariableIsSet("FIT_SCALE"))
+        qputenv("QT_SCALE_FACTOR", qgetenv("FIT_SCALE"));
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("LANG", "C.UTF-8");
     qputenv("LANGUAGE", programLanguage.system);

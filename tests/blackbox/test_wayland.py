@@ -1,0 +1,168 @@
+"""The program on a Wayland compositor: the same window and the same work as on X."""
+import pathlib
+import re
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+from harness import CHOOSE, CHOSEN, FINISHED, READY, BlackBox, processes, w
+
+SOCKET = "wayland-norvaxel"
+APP_ID = "de.norvaxel.orteundrouten"
+APPLY = ("push button", "Übernehmen")
+FAILED = ("Download fehlgeschlagen: Es wird nichts erklärt\n"
+          "Versuche einen kleineren Umkreis oder einen anderen Datendienst.")
+# Who draws the window's frame.
+FRAMES = {"frame of its own": {}, "no frame of its own": {"QT_WAYLAND_DISABLE_WINDOWDECORATION": "1"}}
+
+
+class OnWayland(BlackBox):
+    backend = ()
+
+    def setUp(self):
+        super().setUp()
+        if shutil.which("weston") is None:
+            self.fail("weston is missing")
+        # Not below the case's folder: a socket's path may not be long.
+        self.runtime = pathlib.Path(tempfile.mkdtemp(prefix="norvaxel-wl-"))  # of mode 0700
+        self.addCleanup(shutil.rmtree, self.runtime, ignore_errors=True)
+        log = self.runtime / "weston.log"
+        self.compositor = processes.start(
+            ["weston", *self.backend, f"--socket={SOCKET}", "--no-config", "--idle-time=0", "--width=1280",
+             "--height=1024", f"--log={log}"],
+            env=dict(self.screen.environment, XDG_RUNTIME_DIR=str(self.runtime)), stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(processes.end, self.compositor)
+        w.until(lambda: (self.runtime / SOCKET).exists(), "the compositor is there", 10,
+                lambda: log.read_text(errors="replace") if log.exists() else "")
+
+    def environment(self, **changes):
+        found = super().environment(QT_QPA_PLATFORM="wayland", XDG_RUNTIME_DIR=self.runtime, DISPLAY=None,
+                                    WAYLAND_DISPLAY=SOCKET)
+        found.update({name: str(value) for name, value in changes.items()})
+        return found
+
+    def strangers(self):
+        ours = {self.compositor.pid, *processes.descendants(self.compositor.pid)}
+        return [pid for pid in super().strangers() if pid not in ours]
+
+    def end(self):
+        self.program.terminate()
+        self.assert_ended_well()
+
+
+class Wayland(OnWayland):
+    """Without a screen and without any input device: rows are selected through the interface for assistive
+    technology instead of being clicked. Pop-ups stay closed here: where there is no input device at all, the
+    toolkit itself ends badly when one opens."""
+    backend = ("--backend=headless-backend.so",)
+
+    def select(self, row):
+        self.assertTrue(w.Atspi.Table.add_row_selection(self.window.control(w.RESULTS), row))
+        w.until(lambda: self.window.selected_row(w.RESULTS) == row, f"row {row} is selected", 5)
+
+    def test_a_search_and_an_import(self):
+        for name, frame in FRAMES.items():
+            with self.subTest(name):
+                self.start(**frame)
+                self.window.says(READY)
+                self.search("Berlin")
+                self.assertTrue(self.rows()[0].startswith("Berlin\n"))
+                self.select(0)
+                self.window.says(CHOSEN)
+                self.window.press(w.DOWNLOAD)
+                self.window.says(FINISHED, 30)
+                self.assertEqual(len(self.packages()), 1)
+                self.end()
+                shutil.rmtree(self.support)
+
+    def test_dialogs_open_and_close(self):
+        self.importer_behaves("fail-silently")
+        for name, frame in FRAMES.items():
+            with self.subTest(name):
+                self.start(**frame)
+                self.window.press(w.LANGUAGE)
+                self.window.control(APPLY)
+                self.assertEqual(self.window.dialog(),
+                                 ["Sprache wählen", "Die Sprache wird nur auf diesem Gerät gespeichert."])
+                self.window.press(w.CANCEL)
+                w.until(lambda: self.window.find(APPLY) is None, "the dialog has gone", 5)
+                self.search("Berlin")
+                self.select(0)
+                self.window.press(w.DOWNLOAD)
+                self.assert_alert("Ortsdaten konnten nicht geladen werden", FAILED)
+                self.window.says(FAILED)
+                self.end()
+
+    def test_closing_in_the_middle_of_an_import_leaves_nothing(self):
+        self.start(NORVAXEL_SANDBOX_GATE=self.folder / "gate")
+        self.search("Berlin")
+        self.select(0)
+        self.window.press(w.DOWNLOAD)
+        leader = self.importer_event()["pid"]
+        self.end()
+        self.assert_group_gone(leader)
+
+    def test_the_layout_is_that_of_x(self):
+        controls = [w.QUERY, w.SEARCH, w.RESULTS, w.RADIUS, w.ENDPOINT, w.ENDPOINT_FIELD, w.LANGUAGE, w.DOWNLOAD]
+
+        def sizes():
+            return {control[1]: self.window.area(self.window.control(control))[2:] for control in controls}
+        self.start()
+        here = sizes()
+        here_frame = self.window.frame()[2:]
+        self.end()
+        self.start(QT_QPA_PLATFORM="xcb", **{name: self.screen.environment[name]
+                                             for name in ("DISPLAY", "XDG_RUNTIME_DIR")})
+        self.assertEqual(here, sizes())
+        self.assertEqual(here_frame, self.window.frame()[2:])
+
+    def test_what_the_compositor_is_told(self):
+        """The name by which a desktop finds the icon, the title, and the least size."""
+        self.start(WAYLAND_DEBUG="1")
+        self.window.says(READY)
+        menu_bar = self.window.area(self.window.all("menu bar")[0])[3]
+        self.program.terminate()
+        self.assertEqual(self.program.wait(10), 0)
+        told = self.printed()
+        self.assertEqual(re.findall(r'set_app_id\("(.*)"\)', told), [APP_ID])
+        self.assertEqual(re.findall(r'set_title\("(.*)"\)', told), ["Norvaxel 3D · Orte und Routen"])
+        self.assertEqual(re.findall(r"set_min_size\((\d+), (\d+)\)", told), [("780", str(730 + menu_bar))])
+        # Only what the protocol's listener wrote: the program itself prints nothing.
+        self.assertEqual([line for line in told.splitlines() if not re.match(r"\[ *\d+\.\d+\] ", line)], [])
+        self.output_file.write_text("")
+
+
+class WaylandKeyboard(OnWayland):
+    """The compositor is itself a window on the virtual screen, and its keyboard that of the screen."""
+    backend = ("--backend=x11-backend.so", "--use-pixman")
+
+    def test_a_place_is_found_and_chosen_with_the_keyboard(self):
+        for name, frame in FRAMES.items():
+            with self.subTest(name):
+                self.start(**frame)
+                w.until(lambda: self.window.focused(w.QUERY), "the search field has the keyboard", 10)
+                self.window.type(w.QUERY, "Neustadt")
+                self.window.key(w.KEY_RETURN)
+                self.window.says(CHOOSE)
+                self.window.key(w.KEY_DOWN)
+                self.window.says(CHOSEN)
+                self.window.press(w.DOWNLOAD)
+                self.window.says(FINISHED, 30)
+                self.end()
+
+    def test_escape_closes_the_dialog(self):
+        for name, frame in FRAMES.items():
+            with self.subTest(name):
+                self.start(**frame)
+                w.until(lambda: self.window.focused(w.QUERY), "the search field has the keyboard", 10)
+                self.window.press(w.LANGUAGE)
+                self.window.control(APPLY)
+                self.window.key(w.KEY_ESCAPE)
+                w.until(lambda: self.window.find(APPLY) is None, "the dialog has gone", 5)
+                self.end()
+
+
+if __name__ == "__main__":
+    unittest.main()

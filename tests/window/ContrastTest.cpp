@@ -1,0 +1,535 @@
+// Every text can be read: the contrast of what is really on the screen, in every state of the
+// window and of each control, by the measure of the Web Content Accessibility Guidelines 2.
+
+#include "Geocoder.h"
+#include "RouteWindowTest.h"
+#include "ToolTip.h"
+
+#include <QAbstractItemView>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+const ProgramLanguage programLanguage{"de", "de"};
+
+namespace {
+
+Geocoder& geocoder = Geocoder::shared();
+
+constexpr double enabledText = 4.5;
+constexpr double disabledText = 3; // and what is no text
+
+// At this scale the strokes of the smallest text are wide enough to have their full colour.
+constexpr int scale = 4;
+
+double linear(int channel) {
+    const double value = channel / 255.0;
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+double luminance(QRgb colour) {
+    return 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) +
+           0.0722 * linear(qBlue(colour));
+}
+
+double contrast(QRgb one, QRgb other) {
+    const double first = luminance(one);
+    const double second = luminance(other);
+    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
+}
+
+QImage pictureOf(QWidget* widget) {
+    QImage picture(widget->size() * scale, QImage::Format_ARGB32_Premultiplied);
+    picture.setDevicePixelRatio(scale);
+    picture.fill(Qt::transparent); // round corners leave something free
+    QPainter painter(&picture);
+    widget->render(&painter);
+    painter.end();
+    return picture.convertToFormat(QImage::Format_RGB32);
+}
+
+// What stands in a rectangle of a picture: the most frequent colour is the ground, and of the
+// others that are more than the rim of a letter the one that differs most is the text.
+struct Reading {
+    QRgb ground = 0;
+    QRgb text = 0;
+    double contrast = 1; // of nothing at all
+};
+
+Reading read(const QImage& picture, const QRect& area) {
+    const QRect inside =
+        QRect(area.topLeft() * scale, area.size() * scale).intersected(picture.rect());
+    QHash<QRgb, int> colours;
+    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        for (int x = inside.left(); x <= inside.right(); ++x)
+            ++colours[picture.pixel(x, y)];
+    }
+    constexpr int least = 12;
+    Reading found;
+    int most = 0;
+    for (auto each = colours.cbegin(); each != colours.cend(); ++each) {
+        if (each.value() > most) {
+            most = each.value();
+            found.ground = each.key();
+        }
+    }
+    found.text = found.ground;
+    for (auto each = colours.cbegin(); each != colours.cend(); ++each) {
+        const double here = contrast(each.key(), found.ground);
+        if (each.value() >= least && here > found.contrast) {
+            found.contrast = here;
+            found.text = each.key();
+        }
+    }
+    return found;
+}
+
+std::string hex(QRgb colour) {
+    return QColor(colour).name().toStdString();
+}
+
+class ContrastTest : public RouteWindowTest {
+protected:
+    void expectReadable(const QImage& picture, const QRect& area, const std::string& what,
+                        double least) {
+        ++measured_;
+        const Reading found = read(picture, area);
+        EXPECT_GE(found.contrast, least)
+            << what << ": " << hex(found.text) << " on " << hex(found.ground);
+    }
+
+    // All texts of a window as they are now.
+    void expectReadable(QWidget* of, const std::string& state) {
+        SCOPED_TRACE(state);
+        settle();
+        const QImage picture = pictureOf(of);
+        for (const look::Label* label : shown<look::Label>(of)) {
+            if (!label->text().isEmpty())
+                expectPart(picture, label, label->rect(), label->text(), enabledText);
+        }
+        for (look::Button* button : shown<look::Button>(of))
+            expectButton(picture, button);
+        for (const QRadioButton* segment : shown<QRadioButton>(of))
+            expectPart(picture, segment, segment->rect().adjusted(6, 4, -6, -4), segment->text());
+        for (const look::PopUp* popUp : shown<look::PopUp>(of))
+            expectPopUp(picture, popUp);
+        for (const look::Field* field : shown<look::Field>(of))
+            expectField(picture, field);
+        for (const QCheckBox* box : shown<QCheckBox>(of))
+            expectPart(picture, box, box->rect().adjusted(20, 0, 0, 0), box->text());
+        for (const look::PlaceList* list : shown<look::PlaceList>(of))
+            expectRows(picture, list);
+        if (of == window()) {
+            const QMenuBar* bar = window()->menuBar();
+            for (const QAction* action : bar->actions())
+                expectPart(picture, bar, bar->actionGeometry(const_cast<QAction*>(action)),
+                           action->text());
+        }
+    }
+
+    void expectButton(const QImage& picture, const look::Button* button) {
+        expectPart(picture, button, button->rect().adjusted(8, 4, -8, -4), button->title());
+    }
+
+    void expectPopUp(const QImage& picture, const look::PopUp* popUp) {
+        expectPart(picture, popUp, popUp->textRectangle(), popUp->currentText());
+        const QRect chevrons(popUp->width() - 18, 7, 9, 14);
+        expectPart(picture, popUp, chevrons, u"chevrons"_s, disabledText);
+    }
+
+    void expectField(const QImage& picture, const look::Field* field) {
+        const QString text = field->text().isEmpty() ? field->placeholderText() : field->text();
+        // Without the cursor before the first letter.
+        expectPart(picture, field, field->rect().adjusted(13, 3, -9, -3), text);
+    }
+
+    // Of each row in view the name and the detail, and from an empty list its text.
+    void expectRows(const QImage& picture, const look::PlaceList* list) {
+        for (int i = 0; i < list->model()->rowCount(); ++i) {
+            const QModelIndex index = list->model()->index(i, 0);
+            const QRect row = list->visualRect(index);
+            if (!list->viewport()->rect().contains(row.adjusted(0, 0, 0, -4)))
+                continue;
+            const QString name = index.data().toString();
+            const QRect line(row.left() + 10, row.top() + 7, row.width() - 20, 17);
+            expectPart(picture, list->viewport(), line, name);
+            expectPart(picture, list->viewport(), line.translated(0, 20), u"detail of "_s + name);
+        }
+    }
+
+    // A part of a widget; what it needs follows from whether it is enabled.
+    void expectPart(const QImage& picture, const QWidget* widget, const QRect& part,
+                    const QString& text, double least = 0) {
+        if (least == 0)
+            least = widget->isEnabled() ? enabledText : disabledText;
+        const QPoint origin = widget->mapTo(widget->window(), part.topLeft());
+        const char* name = widget->isEnabled() ? "" : " (disabled)";
+        expectReadable(picture, QRect(origin, part.size()), text.toStdString() + name, least);
+    }
+
+    template<typename Control>
+    static QList<Control*> shown(QWidget* of) {
+        QList<Control*> controls;
+        for (Control* each : of->findChildren<Control*>()) {
+            if (each->isVisible() && each->window() == of)
+                controls += each;
+        }
+        return controls;
+    }
+
+    // Real hover: the pointer stands on the control.
+    void pointAt(QWidget* widget) {
+        QTest::mouseMove(widget);
+        settle();
+        ASSERT_TRUE(widget->underMouse());
+    }
+
+    void pointAtNothing() {
+        QTest::mouseMove(window()->centralWidget(), QPoint(3, 700));
+        settle();
+    }
+
+    template<typename Expect>
+    void hoverAndPress(QWidget* control, Expect expect) {
+        pointAt(control);
+        {
+            SCOPED_TRACE("hover");
+            expect(pictureOf(window()));
+        }
+        QTest::mousePress(control, Qt::LeftButton);
+        {
+            SCOPED_TRACE("pressed");
+            expect(pictureOf(window()));
+        }
+        QTest::mouseRelease(control, Qt::LeftButton, {}, QPoint(-9, -9));
+        pointAtNothing();
+    }
+
+    // Every button, segment and pop-up that can be used now, under the pointer and pressed.
+    void hoverAndPressAll() {
+        for (look::Button* button : shown<look::Button>(window())) {
+            if (button->isEnabled())
+                hoverAndPress(button, [&](const QImage& now) { expectButton(now, button); });
+        }
+        for (QRadioButton* segment : shown<QRadioButton>(window())) {
+            if (segment->isEnabled()) {
+                hoverAndPress(segment, [&](const QImage& now) {
+                    expectPart(now, segment, segment->rect().adjusted(6, 4, -6, -4),
+                               segment->text());
+                });
+            }
+        }
+        for (look::PopUp* popUp : shown<look::PopUp>(window())) {
+            pointAt(popUp);
+            expectPopUp(pictureOf(window()), popUp);
+            popUp->showPopup();
+            settle();
+            expectPopUp(pictureOf(window()), popUp);
+            expectEntries(popUp);
+            popUp->hidePopup();
+            pointAtNothing();
+        }
+    }
+
+    void expectEntries(look::PopUp* popUp) {
+        QAbstractItemView* view = popUp->view();
+        for (int highlighted = 0; highlighted < popUp->count(); ++highlighted) {
+            view->setCurrentIndex(popUp->model()->index(highlighted, 0));
+            const QImage menu = pictureOf(view->window());
+            for (int i = 0; i < popUp->count(); ++i) {
+                const QRect row = view->visualRect(popUp->model()->index(i, 0));
+                expectPart(menu, view->viewport(), row.adjusted(8, 3, -8, -3), popUp->itemText(i));
+            }
+        }
+    }
+
+    // Each entry of a menu, normal or disabled as it is now, and highlighted.
+    void expectMenu(QMenu* menu) {
+        menu->popup(window()->mapToGlobal(QPoint(40, 40)));
+        settle();
+        int entries = 0;
+        for (QAction* highlighted : menu->actions()) {
+            menu->setActiveAction(highlighted->isEnabled() ? highlighted : nullptr);
+            const QImage picture = pictureOf(menu);
+            for (QAction* action : menu->actions()) {
+                if (action->isSeparator() || !action->isVisible())
+                    continue;
+                ++entries;
+                const QRect row = menu->actionGeometry(action);
+                const double least = action->isEnabled() ? enabledText : disabledText;
+                const QRect title(row.left() + 26, row.top() + 2, (row.width() - 34) / 2,
+                                  row.height() - 4);
+                expectReadable(picture, title, action->text().toStdString(), least);
+                if (!action->shortcut().isEmpty()) {
+                    const QRect keys(row.right() - 30, row.top() + 2, 22, row.height() - 4);
+                    expectReadable(picture, keys, "keys of " + action->text().toStdString(), least);
+                }
+            }
+        }
+        EXPECT_GT(entries, 0);
+        menu->close();
+    }
+
+    void findPlaces(Mode mode) {
+        search(u"Berlin"_s);
+        ASSERT_EVENTUALLY(!isBusy());
+        clickRow(0);
+        for (int row = 0; mode == Mode::Route && row < 3; ++row)
+            addResult(row);
+        ASSERT_TRUE(button("downloadButton")->isEnabled());
+    }
+
+    void activate(QWidget* other) {
+        other->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(other));
+        settle();
+    }
+
+    int measured_ = 0;
+};
+
+TEST(Contrast, is_measured_as_the_guidelines_define_it) {
+    EXPECT_NEAR(contrast(0xff000000, 0xffffffff), 21, 0.001);
+    EXPECT_NEAR(contrast(0xff767676, 0xffffffff), 4.54, 0.005);
+    EXPECT_NEAR(contrast(0xffeaeaea, 0xff28282b), 12.2, 0.05);
+}
+
+// The reading itself: its colours are those that were painted, at the smallest size and weight.
+TEST_F(ContrastTest, is_read_off_the_smallest_text) {
+    QWidget ground;
+    QPalette palette = ground.palette();
+    palette.setColor(QPalette::Window, QColor(0xff28282b));
+    ground.setPalette(palette);
+    ground.resize(300, 40);
+    for (const QRgb colour : {0xff818186, 0xff5a5a5a, 0xff28282b}) {
+        look::Label label(11, colour, &ground);
+        label.setText(u"Einmal laden, danach offline nutzen."_s);
+        label.setGeometry(5, 5, 290, 14);
+        const Reading found = read(pictureOf(&ground), label.geometry());
+        EXPECT_EQ(found.ground, 0xff28282bU);
+        EXPECT_EQ(found.text, colour);
+    }
+}
+
+class ContrastInModeTest : public ContrastTest,
+                           public testing::WithParamInterface<NXImportApp::Mode> {};
+
+TEST_P(ContrastInModeTest, every_state_of_the_window) {
+    const Mode mode = GetParam();
+    start(mode);
+    pointAtNothing();
+    expectReadable(window(), "ready");
+    geocoder.behave({{u"hang"_s, true}});
+    search(u"Berlin"_s);
+    expectReadable(window(), "searching");
+    click(button("cancelButton"));
+    expectReadable(window(), "cancelled");
+    geocoder.reset();
+    findPlaces(mode);
+    list("table")->setFocus();
+    expectReadable(window(), "chosen, the results have the focus");
+    field("query")->setFocus();
+    expectReadable(window(), "chosen, the search field has the focus");
+    if (mode == Mode::Route) {
+        clickStation(1);
+        list("stationTable")->setFocus();
+        expectReadable(window(), "a station is chosen");
+    }
+    importer->useScript("while :; do sleep 0.02; done");
+    click(button("downloadButton"));
+    expectReadable(window(), "importing");
+    click(button("cancelButton"));
+    expectReadable(window(), "stopping");
+    ASSERT_EVENTUALLY(!isBusy());
+    importer->useStandIn();
+    click(button("downloadButton"));
+    ASSERT_EVENTUALLY(!isBusy());
+    expectReadable(window(), "done");
+    importer->useScript("exit 1");
+    click(button("downloadButton"));
+    ASSERT_EVENTUALLY(alert() != nullptr);
+    expectReadable(alert(), "alert");
+    expectReadable(window(), "under the alert");
+    click(alert()->prominentButton());
+    settle();
+    ASSERT_TRUE(statusIsRed());
+    expectReadable(window(), "failed");
+    EXPECT_GT(measured_, 200);
+}
+
+TEST_P(ContrastInModeTest, under_the_pointer_and_pressed) {
+    start(GetParam());
+    hoverAndPressAll();
+    findPlaces(GetParam());
+    if (GetParam() == Mode::Route)
+        clickStation(1);
+    hoverAndPressAll();
+    look::PlaceList* table = list("table");
+    const QRect second = table->visualRect(table->model()->index(1, 0));
+    QTest::mouseMove(table->viewport(), second.center());
+    settle();
+    expectReadable(window(), "a row under the pointer");
+    EXPECT_GT(measured_, 60);
+}
+
+TEST_P(ContrastInModeTest, in_an_inactive_window) {
+    start(GetParam());
+    findPlaces(GetParam());
+    list("table")->setFocus();
+    pointAtNothing();
+    QWidget other;
+    other.resize(100, 100);
+    other.show();
+    activate(&other);
+    expectReadable(window(), "chosen");
+    field("query")->selectAll();
+    expectReadable(window(), "with selected text");
+    hoverAndPress(button("downloadButton"),
+                  [this](const QImage& now) { expectButton(now, button("downloadButton")); });
+    activate(window());
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, ContrastInModeTest,
+                         testing::Values(NXImportApp::Mode::Place, NXImportApp::Mode::Route));
+
+TEST_F(ContrastTest, fields_in_every_state) {
+    start();
+    for (const char* name : {"query", "endpointField"}) {
+        look::Field* each = field(name);
+        for (const QString& text : {QString(), QString(u"Spandau, Mitte und Köpenick"_s)}) {
+            each->setText(text);
+            each->deselect();
+            for (const bool isReadOnly : {false, true}) {
+                each->setReadOnly(isReadOnly);
+                for (QWidget* focus : {static_cast<QWidget*>(each), control("languageButton")}) {
+                    focus->setFocus();
+                    settle();
+                    each->deselect();
+                    expectField(pictureOf(window()), each);
+                }
+                each->setEnabled(false);
+                expectField(pictureOf(window()), each);
+                each->setEnabled(true);
+            }
+            each->setReadOnly(false);
+        }
+        // Selected letters: only as much of the field as they fill.
+        for (const bool isReadOnly : {false, true}) {
+            each->setReadOnly(isReadOnly);
+            each->setFocus();
+            each->selectAll();
+            for (const bool isEnabled : {true, false}) {
+                each->setEnabled(isEnabled);
+                const QRect letters(14, 7, 60, each->height() - 14);
+                const QImage now = pictureOf(window());
+                expectPart(now, each, letters, u"selected letters"_s);
+                EXPECT_NE(read(now, QRect(each->mapTo(window(), letters.topLeft()), letters.size()))
+                              .ground,
+                          0xff1b1b1dU)
+                    << "nothing is selected";
+                each->setEnabled(true);
+                each->selectAll();
+            }
+        }
+    }
+}
+
+TEST_F(ContrastTest, check_box_on_and_off_enabled_and_disabled) {
+    start(Mode::Route);
+    auto* box = control<QCheckBox>("routeMapCheckbox");
+    for (const bool isEnabled : {true, false}) {
+        for (const bool isOn : {true, false}) {
+            box->setEnabled(isEnabled);
+            box->setChecked(isOn);
+            settle();
+            const QImage now = pictureOf(window());
+            expectPart(now, box, box->rect().adjusted(20, 0, 0, 0), box->text());
+            const QRect tick(2, (box->height() - 14) / 2 + 2, 10, 10);
+            if (isOn)
+                expectPart(now, box, tick, u"tick"_s, disabledText);
+        }
+    }
+}
+
+TEST_F(ContrastTest, disabled_lists_with_and_without_a_selection) {
+    start(Mode::Route);
+    findPlaces(Mode::Route);
+    clickStation(0);
+    for (const char* name : {"table", "stationTable"}) {
+        list(name)->setEnabled(false);
+        expectReadable(window(), name);
+        list(name)->clearSelection();
+        expectReadable(window(), name);
+    }
+}
+
+TEST_F(ContrastTest, menus_of_the_menu_bar) {
+    start();
+    search(u"Berlin"_s);
+    ASSERT_EVENTUALLY(!isBusy());
+    for (QAction* action : window()->menuBar()->actions()) {
+        SCOPED_TRACE(action->text().toStdString());
+        expectMenu(action->menu());
+        // The title under the pointer and with its menu open.
+        window()->menuBar()->setActiveAction(action);
+        settle();
+        expectPart(pictureOf(window()), window()->menuBar(),
+                   window()->menuBar()->actionGeometry(action), action->text());
+        action->menu()->close();
+        window()->menuBar()->setActiveAction(nullptr);
+    }
+}
+
+TEST_F(ContrastTest, entries_of_a_menu_that_cannot_be_used) {
+    start();
+    QMenu menu(window());
+    menu.addAction(u"Widerrufen"_s, QKeySequence(Qt::CTRL | Qt::Key_Z), qApp, [] {});
+    QAction* disabled =
+        menu.addAction(u"Wiederholen"_s, QKeySequence(Qt::CTRL | Qt::Key_Y), qApp, [] {});
+    disabled->setEnabled(false);
+    disabled->setCheckable(true);
+    disabled->setChecked(true);
+    expectMenu(&menu);
+}
+
+TEST_F(ContrastTest, tooltip) {
+    start(Mode::Route);
+    ASSERT_FALSE(toolTipAt(control("routeMapCheckbox"), QPoint(4, 4)).isEmpty());
+    QWidget* tip = look::shownToolTip();
+    expectReadable(pictureOf(tip), tip->rect().adjusted(6, 4, -6, -4), "tooltip", enabledText);
+}
+
+TEST_F(ContrastTest, language_dialog_active_and_inactive) {
+    start();
+    click(button("languageButton"));
+    settle();
+    look::Panel* dialog = alert();
+    ASSERT_TRUE(dialog);
+    expectReadable(dialog, "dialog");
+    for (look::Button* each : shown<look::Button>(dialog)) {
+        QTest::mouseMove(each);
+        settle();
+        expectButton(pictureOf(dialog), each);
+        QTest::mousePress(each, Qt::LeftButton);
+        expectButton(pictureOf(dialog), each);
+        QTest::mouseRelease(each, Qt::LeftButton, {}, QPoint(-9, -9));
+    }
+    auto* languages = dialog->findChild<look::PopUp*>();
+    languages->showPopup();
+    settle();
+    expectPopUp(pictureOf(dialog), languages);
+    languages->hidePopup();
+    QWidget other;
+    other.show();
+    activate(&other);
+    expectReadable(dialog, "inactive dialog");
+    activate(dialog);
+    dialog->reject();
+    settle();
+}
+
+} // namespace
