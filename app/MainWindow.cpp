@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 
+#include "Accessibility.h"
 #include "Button.h"
 #include "Colours.h"
 #include "Field.h"
@@ -74,7 +75,7 @@ Field* makeAddressField(FieldKind kind, const QString& spokenName) {
 
 } // namespace
 
-MainWindow::MainWindow(bool startsInRouteMode) {
+MainWindow::MainWindow(bool startsInRouteMode) : announcer_(new look::Announcer(this)) {
     setWindowTitle(NXLocal(u"Norvaxel 3D · Orte und Routen"_s));
     auto* content = new Content;
     content->setMinimumSize(780, 730);
@@ -298,6 +299,11 @@ void MainWindow::showAlert(const QString& title, const QString& message, const Q
     alert->setButtons(button);
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->open();
+}
+
+void MainWindow::announce(const QString& text, StatusKind kind) {
+    announcer_->say(text,
+                    kind == StatusKind::Error ? look::Urgency::Assertive : look::Urgency::Polite);
 }
 
 int MainWindow::selectedResult() const {

@@ -9,6 +9,7 @@ class QBoxLayout;
 class QCheckBox;
 
 namespace look {
+class Announcer;
 class Button;
 class Field;
 class Label;
@@ -35,6 +36,9 @@ public:
     void showMode(bool isRouteMode);
     // `message` is shown literally; the alert does not block and needs no answer.
     void showAlert(const QString& title, const QString& message, const QString& button);
+
+    // Tells assistive technology what the status line says now.
+    void announce(const QString& text, StatusKind kind);
 
     // The selected row of a list, or -1.
     int selectedResult() const;
@@ -83,4 +87,6 @@ private:
     QWidget* makeMapOptions();
     QWidget* makeRouteOptions();
     QBoxLayout* makeButtonRow();
+
+    look::Announcer* announcer_; // owned by the window
 };

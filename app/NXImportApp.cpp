@@ -91,6 +91,9 @@ bool NXImportApp::routeMode() const {
 }
 
 void NXImportApp::setStatus(const QString& text, StatusKind kind) {
+    // Typing sets the same hint with every letter. An error is news each time.
+    if (text != window_->status->text() || kind == StatusKind::Error)
+        window_->announce(text, kind);
     window_->status->setText(text);
     window_->status->setToolTip(text);
     window_->status->setColour(kind == StatusKind::Error ? look::colours::red
@@ -99,6 +102,7 @@ void NXImportApp::setStatus(const QString& text, StatusKind kind) {
 
 void NXImportApp::modeChanged() {
     const bool isRoute = routeMode();
+    leaveHalf(isRoute);
     window_->showMode(isRoute);
     window_->subtitle->setText(
         isRoute ? NXLocal(u"Deine Stationen. Straßen, Gebäude und Gelände entlang der Strecke."_s)
@@ -159,31 +163,36 @@ void NXImportApp::updateControls() {
         .endpointIndex = w.endpoint->currentIndex(),
         .hasCompleted = completed_.has_value(),
     });
-    w.mode->setEnabled(states.mode);
-    w.languageButton->setEnabled(states.languageButton);
-    w.query->setEnabled(states.query);
-    w.searchButton->setEnabled(states.searchButton);
-    w.radius->setEnabled(states.radius);
-    w.endpoint->setEnabled(states.endpoint);
-    w.endpointField->setEnabled(states.endpointField);
+    const std::pair<QWidget*, bool> usable[] = {
+        {w.mode, states.mode},
+        {w.languageButton, states.languageButton},
+        {w.query, states.query},
+        {w.searchButton, states.searchButton},
+        {w.radius, states.radius},
+        {w.endpoint, states.endpoint},
+        {w.endpointField, states.endpointField},
+        {w.table, states.table},
+        {w.stationTable, states.stationTable},
+        {w.routeEndpointField, states.routeEndpointField},
+        {w.routeMapCheckbox, states.routeMapCheckbox},
+        {w.travel, states.travel},
+        {w.addStationButton, states.addStationButton},
+        {w.removeStationButton, states.removeStationButton},
+        {w.moveStationUpButton, states.moveStationUpButton},
+        {w.moveStationDownButton, states.moveStationDownButton},
+        {w.downloadButton, states.downloadButton},
+        {w.cancelButton, !states.cancelHidden},
+        {w.finderButton, !states.finderHidden},
+    };
+    setUsable(usable);
     w.endpointField->setReadOnly(!states.endpointFieldEditable);
-    w.table->setEnabled(states.table);
-    w.stationTable->setEnabled(states.stationTable);
-    w.routeEndpointField->setEnabled(states.routeEndpointField);
-    w.routeMapCheckbox->setEnabled(states.routeMapCheckbox);
-    w.travel->setEnabled(states.travel);
-    w.addStationButton->setEnabled(states.addStationButton);
-    w.removeStationButton->setEnabled(states.removeStationButton);
-    w.moveStationUpButton->setEnabled(states.moveStationUpButton);
-    w.moveStationDownButton->setEnabled(states.moveStationDownButton);
+    w.downloadButton->setTitle(NXLocal(states.downloadTitle));
     const QString counter = filled(NXLocal(u"Stationen · %lu / 32"_s), {states.stationCount});
     w.stationHint->setText(counter);
-    w.stationTable->setAccessibleName(counter);
-    w.downloadButton->setEnabled(states.downloadButton);
-    w.downloadButton->setTitle(NXLocal(states.downloadTitle));
-    w.cancelButton->setHidden(states.cancelHidden);
-    w.finderButton->setHidden(states.finderHidden);
+    if (w.stationTable->accessibleName() != counter)
+        w.stationTable->setAccessibleName(counter);
     w.spinner->setTurning(states.spinning);
+    w.status->setBusy(states.spinning);
 }
 
 void NXImportApp::chooseLanguage() {

@@ -9,11 +9,17 @@
 #include "StationList.h"
 
 #include <QObject>
+#include <QPointer>
 
 #include <memory>
 #include <optional>
+#include <span>
+#include <utility>
 
 class NXPhotonSearch;
+
+// Controls, each with whether a person can use it.
+using Usable = std::span<const std::pair<QWidget*, bool>>;
 
 // The one controller: it holds the whole state, and connects. A person's action or an answer comes
 // in, a pure function or a job does the work, `updateControls` shows the result. There is at most
@@ -51,6 +57,14 @@ private:
     void routeMapChanged();
     void endpointChanged();
     void tableSelectionDidChange();
+
+    // Where the keyboard goes (FocusFlow.cpp)
+    void setUsable(const Usable& usable);
+    // To be called when what will be usable is so already, and the rest still is.
+    void keepFocus(const Usable& usable);
+    // To be called before the half of the other mode goes.
+    void leaveHalf(bool isRouteMode);
+    QWidget* worksOn(const QWidget* control) const;
 
     // Searching (SearchFlow.cpp)
     void search();
@@ -99,4 +113,8 @@ private:
     bool searching_ = false;
     bool importing_ = false;
     bool terminationPending_ = false; // the program ends as soon as the job has
+    // What keepFocus has seen last: whether work ran, which, and what had the focus when it began.
+    bool wasBusy_ = false;
+    bool startedSearch_ = false;
+    QPointer<QWidget> startedFrom_;
 };

@@ -1,15 +1,94 @@
 #include "Accessibility.h"
 
+#include "Label.h"
 #include "Panel.h"
 #include "Segments.h"
 
 #include <QAccessibleWidget>
 
+#include <utility>
+
 namespace look {
 
 namespace {
 
+// A label in all that the toolkit says of one; in addition whether it is busy, and the tooltip that
+// shows where it is elided.
+class AccessibleLabel : public QAccessibleWidget {
+public:
+    explicit AccessibleLabel(Label* label) : QAccessibleWidget(label, QAccessible::StaticText) {}
+
+    QString text(QAccessible::Text kind) const override {
+        const QString known = QAccessibleWidget::text(kind);
+        if (!known.isEmpty()) {
+            return known;
+        }
+        switch (kind) {
+        case QAccessible::Name:
+            return label()->text();
+        case QAccessible::Description:
+            return label()->isElided() ? label()->text() : QString();
+        default:
+            return {};
+        }
+    }
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.busy = label()->isBusy();
+        return state;
+    }
+
+    QList<QPair<QAccessibleInterface*, QAccessible::Relation>>
+    relations(QAccessible::Relation wanted) const override {
+        auto found = QAccessibleWidget::relations(wanted);
+        QWidget* buddy = label()->buddy();
+        if (buddy && wanted & QAccessible::Labelled) {
+            found.append({QAccessible::queryAccessibleInterface(buddy), QAccessible::Labelled});
+        }
+        return found;
+    }
+
+private:
+    Label* label() const { return static_cast<Label*>(object()); }
+};
+
+// A reader asks for a message's text in its own time; by then the next one may be there.
+[[maybe_unused]] constexpr size_t rememberedMessages = 8;
+
+// A message without a widget: nobody comes upon it who explores the window.
+class Message : public QObject {
+public:
+    Message(QAccessible::Role messageRole, QObject* above) : QObject(above), role(messageRole) {}
+
+    const QAccessible::Role role;
+    QString text;
+};
+
+class AccessibleMessage : public QAccessibleObject {
+public:
+    explicit AccessibleMessage(Message* message) : QAccessibleObject(message) {}
+
+    QAccessible::Role role() const override { return message()->role; }
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Name ? message()->text : QString();
+    }
+    QAccessible::State state() const override { return {}; }
+    QAccessibleInterface* parent() const override {
+        return QAccessible::queryAccessibleInterface(message()->parent());
+    }
+    QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
+    int childCount() const override { return 0; }
+    int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
+
+private:
+    Message* message() const { return static_cast<Message*>(object()); }
+};
+
 QAccessibleInterface* interfaceFor(const QString& /*className*/, QObject* object) {
+    if (auto* label = qobject_cast<Label*>(object)) {
+        return new AccessibleLabel(label);
+    }
     if (auto* segments = qobject_cast<Segments*>(object)) {
         return new QAccessibleWidget(segments, QAccessible::Grouping);
     }
@@ -17,6 +96,9 @@ QAccessibleInterface* interfaceFor(const QString& /*className*/, QObject* object
         return new QAccessibleWidget(panel, panel->kind() == PanelKind::Alert
                                                 ? QAccessible::AlertMessage
                                                 : QAccessible::Dialog);
+    }
+    if (auto* message = dynamic_cast<Message*>(object)) {
+        return new AccessibleMessage(message);
     }
     return nullptr;
 }
@@ -26,6 +108,53 @@ QAccessibleInterface* interfaceFor(const QString& /*className*/, QObject* object
 // Installing the same factory again changes nothing.
 void describeOurWidgets() {
     QAccessible::installFactory(interfaceFor);
+}
+
+Announcer::Announcer(QWidget* window) : QObject(window), window_(window) {
+    describeOurWidgets();
+}
+
+void Announcer::say(const QString& text, Urgency urgency) {
+    if (!QAccessible::isActive() || !window_->isVisible()) {
+        return;
+    }
+    text_ = text;
+    urgency_ = urgency;
+    if (!std::exchange(isWaiting_, true)) {
+        QMetaObject::invokeMethod(this, &Announcer::sayNow, Qt::QueuedConnection);
+    }
+}
+
+void Announcer::sayNow() {
+    isWaiting_ = false;
+    if (text_.isEmpty()) {
+        return;
+    }
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+    QAccessibleAnnouncementEvent event(window_, text_);
+    event.setPoliteness(urgency_ == Urgency::Assertive
+                            ? QAccessible::AnnouncementPoliteness::Assertive
+                            : QAccessible::AnnouncementPoliteness::Polite);
+    QAccessible::updateAccessibility(&event);
+#else
+    // Before 6.8 the toolkit has no event for this, and drops QAccessible::Alert on its way to
+    // AT-SPI. Of what does arrive for something that has no focus, a label's new name among it,
+    // Orca reads out one thing: an object of the role "notification" that comes to show. So a new
+    // one shows for each text; new, since a known one's name may come out of a cache. An error's
+    // lies in an object of the role "alert": its tone is there for who asks, and nothing is read
+    // twice.
+    auto* above =
+        urgency_ == Urgency::Assertive ? new Message(QAccessible::AlertMessage, window_) : nullptr;
+    auto* message =
+        new Message(QAccessible::Notification, above ? static_cast<QObject*>(above) : window_);
+    message->text = text_;
+    messages_.emplace_back(above ? above : message);
+    if (messages_.size() > rememberedMessages) {
+        messages_.pop_front();
+    }
+    QAccessibleEvent event(message, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&event);
+#endif
 }
 
 } // namespace look

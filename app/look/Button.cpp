@@ -33,6 +33,19 @@ void Button::setGlyph(ButtonGlyph glyph) {
 void Button::setTitle(const QString& title) {
     title_.setText(title);
     setText(literal(title));
+    describe();
+}
+
+// A description of its own comes before the tooltip, which the toolkit reads out otherwise. Nothing
+// is measured for who cannot see the button yet.
+void Button::describe() {
+    if (!isVisible()) {
+        return;
+    }
+    const QString description = toolTip().isEmpty() && isElided() ? title() : QString();
+    if (accessibleDescription() != description) {
+        setAccessibleDescription(description);
+    }
 }
 
 int Button::sidePadding() const {
@@ -96,6 +109,16 @@ bool Button::event(QEvent* event) {
         break;
     }
     return QPushButton::event(event);
+}
+
+void Button::showEvent(QShowEvent* event) {
+    QPushButton::showEvent(event);
+    describe();
+}
+
+void Button::resizeEvent(QResizeEvent* event) {
+    QPushButton::resizeEvent(event);
+    describe();
 }
 
 } // namespace look

@@ -10,7 +10,8 @@ enum class ButtonKind { Push, Prominent, Small };
 enum class ButtonGlyph { None, Magnifier };
 
 // A push button whose title is literal text. Grows with its title unless a width is fixed; then the
-// title is elided and becomes the tooltip, unless another tooltip was set.
+// title is elided and becomes the tooltip and its spoken twin, the accessible description, unless
+// another tooltip was set.
 class Button : public QPushButton {
     Q_OBJECT
 
@@ -36,9 +37,12 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     int titleRoom() const;
+    void describe();
 
     ButtonKind kind_;
     ButtonGlyph glyph_ = ButtonGlyph::None;

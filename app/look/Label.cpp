@@ -3,6 +3,7 @@
 #include "Fonts.h"
 #include "ToolTip.h"
 
+#include <QAccessible>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
@@ -47,6 +48,17 @@ void Label::setColour(QRgb colour) {
         colour_ = colour;
         update();
     }
+}
+
+void Label::setBusy(bool busy) {
+    if (isBusy_ == busy) {
+        return;
+    }
+    isBusy_ = busy;
+    QAccessible::State changed;
+    changed.busy = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
 }
 
 void Label::setMaximumLines(int lines) {

@@ -32,6 +32,10 @@ public:
     void setMaximumLines(int lines);
     bool isElided() const;
 
+    // Whether what the label tells of is still going on: a state for assistive technology alone.
+    bool isBusy() const { return isBusy_; }
+    void setBusy(bool busy);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     bool hasHeightForWidth() const override;
@@ -48,6 +52,7 @@ private:
     FittedText text_;
     QRgb colour_;
     int maximumLines_ = 1;
+    bool isBusy_ = false;
     // Laid out for blockWidth_; null after a change.
     mutable std::unique_ptr<TextBlock> block_;
     mutable int blockWidth_ = -1;

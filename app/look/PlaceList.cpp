@@ -4,7 +4,7 @@
 #include "FocusRing.h"
 #include "Label.h"
 
-#include <QEvent>
+#include <QKeyEvent>
 
 namespace look {
 
@@ -64,6 +64,26 @@ bool PlaceList::viewportEvent(QEvent* event) {
     // it a second time at every start.
     const bool isEmpty = !model() || model()->rowCount() == 0;
     return isActivation && isEmpty ? false : QListView::viewportEvent(event);
+}
+
+void PlaceList::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Home:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        // The focus makes the first row the current one without selecting it, and the toolkit would
+        // go on from there: nobody could reach it with an arrow.
+        if (currentIndex().isValid() && !selectionModel()->hasSelection()) {
+            setCurrentIndex(currentIndex());
+            return;
+        }
+        break;
+    default:
+        break;
+    }
+    QListView::keyPressEvent(event);
 }
 
 void PlaceList::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {

@@ -259,6 +259,7 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
     switch (hint) {
     case SH_ComboBox_Popup:
     case SH_Menu_MouseTracking:
+    case SH_MenuBar_AltKeyNavigation: // no menu has a mnemonic: Alt is the only key to them
     case SH_MenuBar_MouseTracking:
     case SH_Menu_Scrollable:
         return 1;

@@ -101,6 +101,38 @@ TEST_F(AccessibilityTest, pop_ups_are_related_to_their_captions) {
         EXPECT_EQ(spoken(control(name))->role(), QAccessible::ComboBox);
 }
 
+TEST_F(AccessibilityTest, a_tooltip_is_the_description_of_its_control) {
+    start(Mode::Route);
+    for (const char* name :
+         {"languageButton", "travel", "routeEndpointField", "routeMapCheckbox", "status"}) {
+        EXPECT_FALSE(control(name)->toolTip().isEmpty()) << name;
+        EXPECT_EQ(spoken(control(name))->text(QAccessible::Description), control(name)->toolTip())
+            << name;
+    }
+}
+
+TEST_F(AccessibilityTest, what_is_elided_has_its_whole_text_for_a_description) {
+    start();
+    const auto description = [](QWidget* widget) {
+        return spoken(widget)->text(QAccessible::Description);
+    };
+    auto* search = button("searchButton"); // its width is fixed
+    auto* hint = control<look::Label>("hint");
+    EXPECT_EQ(description(search), QString());
+    EXPECT_EQ(description(hint), QString());
+    const QString whole = QString(40, u'W') + u" & <b>Söhne</b>"_s;
+    search->setTitle(whole);
+    hint->setText(whole.repeated(4));
+    EXPECT_EQ(description(search), whole);
+    EXPECT_EQ(description(search), toolTipAt(search, {5, 5}));
+    EXPECT_EQ(description(hint), whole.repeated(4));
+    EXPECT_EQ(description(hint), toolTipAt(hint, {5, 5}));
+    search->setTitle(u"Suchen"_s);
+    hint->setText(u"Treffer"_s);
+    EXPECT_EQ(description(search), QString());
+    EXPECT_EQ(description(hint), QString());
+}
+
 TEST_F(AccessibilityTest, a_segment_is_a_radio_button_in_a_group) {
     start(Mode::Route);
     for (const char* name : {"mode", "travel"}) {

@@ -1,0 +1,235 @@
+"""The window used through the accessibility interface alone, without a key and without the mouse:
+what it is told there, and what it can do from there.
+
+A screen reader reads out what comes to show with the role “notification”, wherever the focus is. One
+that lies in an alert is an error.
+"""
+import unittest
+
+from harness import CANCELLED, CHOOSE, CHOSEN, FINISHED, LOADING, READY, BlackBox, w
+from routes import BERLIN, COMPUTING, LEIPZIG, MUNICH, REMOVED
+from routes import FINISHED as ROUTE_FINISHED
+from test_route_road import ADDED, FIRST, MOVED, numbered
+from test_route_road import CHOSEN as PLACE_CHOSEN
+from test_window import ROUTE_READY
+from window import Atspi, GLib
+
+EMPTY_QUERY = "Bitte einen Ortsnamen mit höchstens 300 Zeichen eingeben."
+NEXT_PLACE = "Neuen Ort suchen. Deine bisherigen Stationen bleiben erhalten."
+SEARCHING = "Orte werden gesucht …"
+SEARCH_CANCELLED = "Suche abgebrochen."
+TRAVEL = ("Auto: Straßenroute über den Routingdienst. Zug: entlang echter Gleise aus OpenStreetMap. Flug: Bogen "
+          "in der Höhe zwischen den Stationen. Gebäude und Gelände kommen immer mit.")
+ROUTING = ("Optional: eigener kompatibler HTTPS-Routingdienst ohne Zugangsdaten. Die Standardadresse verwendet "
+           "öffentliche OSM-Daten.")
+PACKAGE = ("Norvaxel 3D lädt zu jeder Route Gebäude und Straßen entlang der ganzen Strecke sowie das Gelände. "
+           "Benötigt Internet; danach rendert das Paket offline.")
+POLITE, ASSERTIVE = "polite", "assertive"
+
+
+class Listener:
+    """Hears what the programs on the desktop say, in order."""
+
+    def __init__(self):
+        self.announced = []  # (urgency, text)
+        self.focused = []  # (role, name)
+        self._listener = Atspi.EventListener.new(self._hear)
+        for event in ("object:state-changed:showing", "object:state-changed:focused"):
+            self._listener.register(event)
+
+    def end(self):
+        for event in ("object:state-changed:showing", "object:state-changed:focused"):
+            self._listener.deregister(event)
+
+    def _hear(self, event):
+        try:
+            role = event.source.get_role_name()
+            if not event.detail1:
+                return
+            if event.type.startswith("object:state-changed:focused"):
+                self.focused.append((role, event.source.get_name()))
+            elif role == "notification":
+                is_error = event.source.get_parent().get_role_name() == "alert"
+                self.announced.append((ASSERTIVE if is_error else POLITE, event.source.get_name()))
+        except GLib.Error:
+            pass  # it has gone meanwhile
+
+    def hear(self):
+        """Takes what has been said up to now."""
+        while GLib.MainContext.default().iteration(False):
+            pass
+
+    def waits_for(self, *said, seconds=w.SECONDS):
+        """Waits until the last of this is announced, and returns all that was since the last time."""
+        def all_said():
+            self.hear()
+            return len(self.announced) >= len(said) and self.announced[-1] == said[-1]
+        w.until(all_said, f"{said[-1]} is announced", seconds, lambda: "\n".join(map(str, self.announced)))
+        heard, self.announced = self.announced, []
+        return heard
+
+
+class Assistive(BlackBox):
+    def start(self, *arguments, **environment):
+        super().start(*arguments, **environment)
+        self.listener = Listener()
+        self.addCleanup(self.listener.end)
+        # The program learns in its own time that somebody listens.
+        w.until(self.is_heard, "the program announces", w.SECONDS, self.window.describe)
+        self.window.type(w.QUERY, "x")
+        self.listener.waits_for((POLITE, READY))
+        self.window.type(w.QUERY, "")
+
+    def is_heard(self):
+        """Makes the program say something; whether it is heard soon."""
+        self.window.press(w.SEARCH)
+        try:
+            return self.listener.waits_for((ASSERTIVE, EMPTY_QUERY), seconds=1)
+        except w.NotThere:
+            return None
+
+    def assert_announced(self, *said):
+        self.assertEqual(self.listener.waits_for(*said), list(said))
+
+    def choose_row(self, control, row):
+        """Selects a row as a screen reader does, without a pointer."""
+        self.assertTrue(Atspi.Table.add_row_selection(self.window.control(control), row))
+        self.assertEqual(self.window.selected_row(control), row)
+
+    def is_busy(self, text):
+        return self.window.says(text).get_state_set().contains(Atspi.StateType.BUSY)
+
+    def description(self, control):
+        return self.window.control(control).get_description()
+
+    def search_without_keys(self, text, hint=READY):
+        """Searches and waits until the results are announced. An edit has its own hint, which is
+        announced where it does not stand there already."""
+        is_new = self.window.find(("label", hint)) is None
+        self.window.type(w.QUERY, text)
+        if is_new:
+            self.assert_announced((POLITE, hint))
+        self.window.press(w.SEARCH)
+        self.assert_announced((POLITE, SEARCHING), (POLITE, CHOOSE))
+
+    def test_a_place_is_imported(self):
+        gate = self.folder / "gate"
+        self.start(NORVAXEL_SANDBOX_GATE=gate)
+        self.window.press(w.SEARCH)
+        self.assert_announced((ASSERTIVE, EMPTY_QUERY))
+        self.window.press(w.SEARCH)
+        self.assert_announced((ASSERTIVE, EMPTY_QUERY))
+
+        self.search_without_keys("Berlin")
+        self.assertTrue(self.window.focused(w.QUERY), "no word takes the focus")
+        self.assertEqual(self.rows()[0], "Berlin\nDeutschland · 52.5174, 13.3951")
+        self.choose_row(w.RESULTS, 0)
+        self.assert_announced((POLITE, CHOSEN))
+
+        self.listener.focused.clear()
+        self.window.press(w.DOWNLOAD)
+        self.assert_announced((POLITE, LOADING))
+        self.assertTrue(self.is_busy(LOADING))
+        self.assertTrue(self.window.focused(w.CANCEL), "the search field is locked")
+        self.assertEqual(self.listener.focused, [w.CANCEL], "nothing else had the focus on the way")
+        gate.touch()
+        self.assert_announced((POLITE, FINISHED))
+        self.assertFalse(self.is_busy(FINISHED))
+        self.assertTrue(self.window.focused(w.QUERY), "back where it was")
+        self.assertTrue(self.window.enabled(w.FINDER))
+        self.assertEqual(len(self.packages()), 1)
+
+    def test_a_search_is_busy_until_it_is_cancelled(self):
+        self.start()
+        self.geocoder_behaves({"hang": True})
+        self.window.type(w.QUERY, "Berlin")
+        self.window.press(w.SEARCH)
+        self.assert_announced((POLITE, SEARCHING))
+        self.assertTrue(self.is_busy(SEARCHING))
+        self.window.press(w.CANCEL)
+        self.assert_announced((POLITE, SEARCH_CANCELLED))
+        self.assertFalse(self.is_busy(SEARCH_CANCELLED))
+
+    def test_an_import_is_cancelled(self):
+        self.start(NORVAXEL_SANDBOX_SECONDS="60")
+        self.search_without_keys("Berlin")
+        self.choose_row(w.RESULTS, 1)
+        self.assert_announced((POLITE, CHOSEN))
+        self.window.press(w.DOWNLOAD)
+        self.assert_announced((POLITE, LOADING))
+        self.window.press(w.CANCEL)
+        self.assertEqual(self.listener.waits_for((POLITE, CANCELLED))[-1], (POLITE, CANCELLED))
+        self.assertFalse(self.is_busy(CANCELLED))
+
+    def test_a_failed_import_is_announced_and_its_alert_is_answered(self):
+        self.importer_behaves("fail-silently")
+        self.start()
+        self.search_without_keys("Berlin")
+        self.choose_row(w.RESULTS, 0)
+        self.assert_announced((POLITE, CHOSEN))
+        self.window.press(w.DOWNLOAD)
+        title, message = self.window.dialog()
+        self.assertEqual(self.listener.waits_for((ASSERTIVE, message))[-1], (ASSERTIVE, message))
+        alert = next(each for each in self.window.all() if each.get_role_name() == "alert")
+        self.assertEqual((alert.get_name(), alert.get_description()), (title, message))
+        self.window.press(w.OK)
+        w.until(lambda: self.window.find(w.OK) is None, "the alert has gone")
+
+    def test_a_route_is_collected_ordered_and_computed(self):
+        gate = self.folder / "gate"
+        self.start(NORVAXEL_SANDBOX_GATE=gate)
+        self.window.press(w.ROUTE_MODE)
+        self.assert_announced((POLITE, ROUTE_READY))
+        self.assertTrue(self.window.checked(w.ROUTE_MODE))
+        for number, (text, said) in enumerate(((BERLIN, FIRST), (LEIPZIG, ADDED), (MUNICH, ADDED)), 1):
+            self.search_without_keys(text, NEXT_PLACE)
+            self.choose_row(w.RESULTS, 0)
+            self.assert_announced((POLITE, PLACE_CHOSEN))
+            self.window.press(w.ADD_STATION)
+            self.assert_announced((POLITE, said))
+            self.assertEqual(self.window.control(w.STATIONS).get_name(), f"Stationen · {number} / 32")
+            self.assertEqual(self.window.selected_row(w.STATIONS), number - 1)
+        self.window.press(w.STATION_UP)
+        self.assert_announced((POLITE, MOVED))
+        self.choose_row(w.STATIONS, 2)
+        self.window.press(w.REMOVE_STATION)
+        self.assert_announced((POLITE, REMOVED))
+        self.assertEqual([row.split("\n")[0] for row in self.window.rows(w.STATIONS)], numbered(BERLIN, MUNICH))
+
+        self.assertTrue(self.window.enabled(w.CALCULATE))
+        self.window.press(w.CALCULATE)
+        self.assert_announced((POLITE, COMPUTING))
+        self.assertTrue(self.is_busy(COMPUTING))
+        gate.touch()
+        self.assert_announced((POLITE, ROUTE_FINISHED))
+        self.assertFalse(self.is_busy(ROUTE_FINISHED))
+
+    def test_typing_repeats_no_hint(self):
+        self.start()
+        for text in ("B", "Be", "Ber"):
+            self.window.type(w.QUERY, text)
+        # Whatever the letters say has been said by then.
+        self.window.type(w.QUERY, "")
+        self.window.press(w.SEARCH)
+        self.assert_announced((ASSERTIVE, EMPTY_QUERY))
+
+    def test_a_tooltip_is_a_description_and_a_caption_belongs_to_its_control(self):
+        self.start()
+        self.assertEqual(self.description(w.LANGUAGE), "Sprache auswählen und lokal speichern")
+        for pop_up in (w.RADIUS, w.ENDPOINT):
+            self.assertEqual(list(w.captions(self.window.control(pop_up))), [pop_up[1]])
+            caption = self.window.control(("label", pop_up[1]))
+            targets = [relation.get_target(0).get_role_name() for relation in caption.get_relation_set()
+                       if relation.get_relation_type() == Atspi.RelationType.LABEL_FOR]
+            self.assertEqual(targets, ["combo box"])
+        self.assertEqual(self.window.items(w.RADIUS), ["400 m", "800 m", "1,2 km", "2 km"])
+        self.window.press(w.ROUTE_MODE)
+        self.assertEqual(self.description(("panel", "Reiseart")), TRAVEL)
+        self.assertEqual(self.description(w.ROUTING_FIELD), ROUTING)
+        self.assertEqual(self.description(("check box", "3D-Paket: Gebäude, Straßen, Gelände")), PACKAGE)
+        status = self.window.says(ROUTE_READY)
+        self.assertEqual(status.get_description(), ROUTE_READY)
+
+
+if __name__ == "__main__":
+    unittest.main()
