@@ -45,6 +45,9 @@ ROUTING_FIELD = ("text", "Routingdienst · eigene HTTPS-Adresse optional")
 # X key symbols
 KEY_HOME, KEY_DOWN, KEY_RETURN, KEY_ESCAPE = 0xFF50, 0xFF54, 0xFF0D, 0xFF1B
 
+# A pop-up's actions: after "ShowMenu" and "Press", "Increase" and "Decrease"
+NEXT_ENTRY, PREVIOUS_ENTRY = 2, 3
+
 SECONDS = float(os.environ.get("NORVAXEL_PATIENCE", "20"))
 PAUSE = 0.02
 
@@ -275,6 +278,15 @@ class Window:
               f"“{control[1]}” is open", SECONDS, self.describe)
         for symbol in (KEY_HOME, *[KEY_DOWN] * titles.index(item), KEY_RETURN):
             self.key(symbol)
+        until(lambda: self.value(control) == item, f"“{control[1]}” shows “{item}”", SECONDS, self.describe)
+
+    def step_to(self, control, item):
+        """Steps through a pop-up's entries by its actions until it shows the one of that title."""
+        titles = self.items(control)
+        steps = titles.index(item) - titles.index(self.value(control))
+        found = self.control(control)
+        for _ in range(abs(steps)):
+            Atspi.Action.do_action(found, NEXT_ENTRY if steps > 0 else PREVIOUS_ENTRY)
         until(lambda: self.value(control) == item, f"“{control[1]}” shows “{item}”", SECONDS, self.describe)
 
     def _popped_up(self, control):

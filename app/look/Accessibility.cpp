@@ -2,8 +2,10 @@
 
 #include "Label.h"
 #include "Panel.h"
+#include "PopUp.h"
 #include "Segments.h"
 
+#include <QAbstractItemView>
 #include <QAccessibleWidget>
 
 #include <utility>
@@ -53,6 +55,66 @@ private:
     Label* label() const { return static_cast<Label*>(object()); }
 };
 
+// A pop-up as the toolkit describes one: named by its entry, with the list of its menu as its
+// child. In addition its entries can be stepped through; the toolkit's own list can be read and
+// nothing else before it is opened.
+class AccessiblePopUp : public QAccessibleWidget {
+public:
+    explicit AccessiblePopUp(PopUp* popUp) : QAccessibleWidget(popUp, QAccessible::ComboBox) {}
+
+    QString text(QAccessible::Text kind) const override {
+        const bool isEntry = kind == QAccessible::Name || kind == QAccessible::Value;
+        return isEntry ? popUp()->currentText() : QAccessibleWidget::text(kind);
+    }
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.expandable = true;
+        state.expanded = popUp()->view()->isVisible();
+        return state;
+    }
+
+    int childCount() const override { return 1; }
+    QAccessibleInterface* child(int index) const override {
+        return index == 0 ? QAccessible::queryAccessibleInterface(popUp()->view()) : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface* child) const override {
+        return child && child->object() == popUp()->view() ? 0 : -1;
+    }
+
+    QStringList actionNames() const override {
+        return {showMenuAction(), pressAction(), increaseAction(), decreaseAction()};
+    }
+
+    void doAction(const QString& action) override {
+        if (!popUp()->isEnabled()) {
+            return;
+        }
+        if (action == increaseAction()) {
+            step(1);
+        } else if (action == decreaseAction()) {
+            step(-1);
+        } else if (action == showMenuAction() || action == pressAction()) {
+            if (popUp()->view()->isVisible()) {
+                popUp()->hidePopup();
+            } else {
+                popUp()->showPopup();
+            }
+        }
+    }
+
+private:
+    PopUp* popUp() const { return static_cast<PopUp*>(object()); }
+
+    // To the next or the previous entry; not beyond the ends.
+    void step(int entries) const {
+        const int wanted = popUp()->currentIndex() + entries;
+        if (wanted >= 0 && wanted < popUp()->count()) {
+            popUp()->setCurrentIndex(wanted);
+        }
+    }
+};
+
 // A reader asks for a message's text in its own time; by then the next one may be there.
 [[maybe_unused]] constexpr size_t rememberedMessages = 8;
 
@@ -88,6 +150,9 @@ private:
 QAccessibleInterface* interfaceFor(const QString& /*className*/, QObject* object) {
     if (auto* label = qobject_cast<Label*>(object)) {
         return new AccessibleLabel(label);
+    }
+    if (auto* popUp = qobject_cast<PopUp*>(object)) {
+        return new AccessiblePopUp(popUp);
     }
     if (auto* segments = qobject_cast<Segments*>(object)) {
         return new QAccessibleWidget(segments, QAccessible::Grouping);

@@ -11,7 +11,7 @@ from routes import BERLIN, COMPUTING, LEIPZIG, MUNICH, REMOVED
 from routes import FINISHED as ROUTE_FINISHED
 from test_route_road import ADDED, FIRST, MOVED, numbered
 from test_route_road import CHOSEN as PLACE_CHOSEN
-from test_window import ROUTE_READY
+from test_window import PREFERENCE, ROUTE_READY
 from window import Atspi, GLib
 
 EMPTY_QUERY = "Bitte einen Ortsnamen mit höchstens 300 Zeichen eingeben."
@@ -138,6 +138,26 @@ class Assistive(BlackBox):
         self.assertTrue(self.window.focused(w.QUERY), "back where it was")
         self.assertTrue(self.window.enabled(w.FINDER))
         self.assertEqual(len(self.packages()), 1)
+
+    def test_radius_service_and_language_are_chosen(self):
+        self.start()
+        self.window.step_to(w.RADIUS, "2 km")
+        self.window.step_to(w.RADIUS, "400 m")
+        self.window.step_to(w.ENDPOINT, "Eigene HTTPS-Adresse")
+        self.assertTrue(self.window.editable(w.ENDPOINT_FIELD))
+        self.window.type(w.ENDPOINT_FIELD, "https://maps.example.org/map")
+        self.search_without_keys("Berlin")
+        self.choose_row(w.RESULTS, 0)
+        self.assert_announced((POLITE, CHOSEN))
+        self.window.press(w.DOWNLOAD)
+        self.assert_announced((POLITE, LOADING), (POLITE, FINISHED))
+        arguments = self.importer_event()["argv"]
+        self.assertIn("https://maps.example.org/map", arguments)
+        self.window.press(w.LANGUAGE)
+        self.window.step_to(("combo box", "Sprache wählen"), "Français")
+        self.window.press(("push button", "Übernehmen"))
+        self.window.press(w.OK)
+        w.until(lambda: (self.home / PREFERENCE).read_text() == "fr\n", "French is stored")
 
     def test_a_search_is_busy_until_it_is_cancelled(self):
         self.start()
