@@ -4,6 +4,7 @@
 #include "ToolTip.h"
 
 #include <QHelpEvent>
+#include <QShortcutEvent>
 
 namespace look {
 
@@ -95,6 +96,14 @@ bool Button::event(QEvent* event) {
         return true;
     }
     switch (event->type()) {
+    case QEvent::Shortcut:
+        // At once: the toolkit would first show the button pressed for a tenth of a second, in
+        // which what it is to stop may have ended, and something else begun.
+        if (!static_cast<QShortcutEvent*>(event)->isAmbiguous() && isEnabled()) {
+            click();
+            return true;
+        }
+        break;
     case QEvent::FontChange:
         title_.forget();
         break;

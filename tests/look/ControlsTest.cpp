@@ -130,6 +130,22 @@ TEST_F(ControlsTest, button_title_is_literal_on_screen_and_spoken) {
     EXPECT_FALSE(isClicked);
 }
 
+TEST_F(ControlsTest, shortcut_presses_a_button_at_once_while_it_is_enabled) {
+    auto* button = new Button(ButtonKind::Push, QStringLiteral("Abbrechen"), &window);
+    button->setShortcut(Qt::Key_Escape);
+    show();
+    int presses = 0;
+    QObject::connect(button, &QPushButton::clicked, button, [&] { ++presses; });
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_EQ(presses, 1) << "not a moment later";
+    button->setEnabled(false);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    button->setEnabled(true);
+    button->hide();
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_EQ(presses, 1);
+}
+
 TEST_F(ControlsTest, title_that_outgrows_a_fixed_width_is_elided_and_is_the_tooltip) {
     auto* button = new Button(ButtonKind::Push, QStringLiteral("Suchen"), &window);
     button->setGlyph(look::ButtonGlyph::Magnifier);
