@@ -1,7 +1,8 @@
-#include "ControlStates.h"
+#include "app/ControlStates.h"
 
 using namespace Qt::StringLiterals;
 
+namespace app {
 namespace {
 
 /// A control that edits the station list, for a station `offset` away from the selected one.
@@ -37,7 +38,7 @@ ControlStates controlStates(const ControlInput& input) {
         .routeEndpointField = editable,
         .travel = editable,
         .routeMapCheckbox = false,
-        .addStationButton = !busy && resultSelected && input.stations < mostStations,
+        .addStationButton = !busy && resultSelected && input.stations < jobs::mostStations,
         .removeStationButton = canReach(input, 0),
         .moveStationUpButton = canReach(input, -1),
         .moveStationDownButton = canReach(input, +1),
@@ -49,3 +50,5 @@ ControlStates controlStates(const ControlInput& input) {
         .stationCount = input.stations,
     };
 }
+
+} // namespace app

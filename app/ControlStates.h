@@ -1,8 +1,10 @@
 #pragma once
 
-#include "StationList.h"
+#include "jobs/StationList.h"
 
 #include <QString>
+
+namespace app {
 
 // What of the window's state the controls depend on.
 struct ControlInput {
@@ -40,3 +42,5 @@ struct ControlStates {
 // The one rule for every control. Pure. What starts work is locked while any work runs; what only
 // edits the next job's inputs stays usable during a search.
 ControlStates controlStates(const ControlInput& input);
+
+} // namespace app

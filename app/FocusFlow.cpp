@@ -1,3 +1,4 @@
+
 // Where the keyboard goes when the control that has it is locked or leaves the window. The one
 // rule:
 //
@@ -11,23 +12,22 @@
 //
 // An alert or a dialog needs nothing: the window keeps its focus meanwhile.
 
-#include "NXImportApp.h"
+#include "app/NXImportApp.h"
+#include "look/controls/Button.h"
+#include "look/controls/Field.h"
+#include "look/controls/PlaceList.h"
+#include "look/controls/Segments.h"
 
-#include "Button.h"
-#include "Field.h"
-#include "PlaceList.h"
-#include "Segments.h"
-
+namespace app {
 namespace {
 
 // Whether a control of the window can have the focus once `usable` is in force.
 bool staysUsable(const QWidget* control, const Usable& usable) {
     if (!control || !control->isVisibleTo(control->window()))
         return false;
-    for (const auto& [each, isUsable] : usable) {
+    for (const auto& [each, isUsable] : usable)
         if (!isUsable && (each == control || each->isAncestorOf(control)))
             return false;
-    }
     return true;
 }
 
@@ -100,3 +100,5 @@ void NXImportApp::leaveHalf(bool isRouteMode) {
                     : holds(w.routePane) || holds(w.routeOptions))
         w.mode->setFocus(Qt::TabFocusReason);
 }
+
+} // namespace app

@@ -1,18 +1,21 @@
-#include "NXImportApp.h"
-
-#include "Field.h"
-#include "FileBrowser.h"
-#include "NXLocal.h"
-#include "NXPhotonSearch.h"
-#include "PlaceImport.h"
-#include "PlaceList.h"
-#include "PopUp.h"
-#include "Segments.h"
+#include "app/NXImportApp.h"
+#include "jobs/PlaceImport.h"
+#include "localization/NXLocal.h"
+#include "look/controls/Field.h"
+#include "look/controls/PlaceList.h"
+#include "look/controls/PopUp.h"
+#include "look/controls/Segments.h"
+#include "platform/FileBrowser.h"
+#include "search/NXPhotonSearch.h"
 
 #include <QCoreApplication>
 #include <QPointer>
 
 using namespace Qt::StringLiterals;
+
+namespace app {
+
+using localization::NXLocal;
 
 namespace {
 
@@ -36,8 +39,8 @@ void NXImportApp::download() {
     const int row = window_->selectedResult();
     if (importing_ || searching_ || row < 0 || row >= results_.size())
         return;
-    const ResultRow& place = results_.at(row);
-    const PlaceRequest request{
+    const search::ResultRow& place = results_.at(row);
+    const jobs::PlaceRequest request{
         .searchedQuery = searchedQuery_,
         .photonResponse = photonResponse_,
         .selectedRow = row,
@@ -49,34 +52,34 @@ void NXImportApp::download() {
         .endpoint = window_->endpointField->text(),
     };
     startJob(JobKind::Place,
-             preparePlaceImport(request, toolFolder(), QDateTime::currentDateTime()));
+             jobs::preparePlaceImport(request, toolFolder(), QDateTime::currentDateTime()));
 }
 
 void NXImportApp::calculateRoute() {
     if (busy())
         return;
-    const RouteRequest request{
+    const jobs::RouteRequest request{
         .stations = stations_.stations(),
         .endpoint = window_->routeEndpointField->text(),
-        .travel = static_cast<Travel>(window_->travel->selectedSegment()),
+        .travel = static_cast<jobs::Travel>(window_->travel->selectedSegment()),
     };
     startJob(JobKind::Route,
-             prepareRouteImport(request, toolFolder(), QDateTime::currentDateTime()));
+             jobs::prepareRouteImport(request, toolFolder(), QDateTime::currentDateTime()));
 }
 
-void NXImportApp::startJob(JobKind kind, Preparation preparation) {
-    if (const auto* refusal = std::get_if<Refusal>(&preparation)) {
+void NXImportApp::startJob(JobKind kind, jobs::Preparation preparation) {
+    if (const auto* refusal = std::get_if<jobs::Refusal>(&preparation)) {
         setStatus(refusalText(kind, *refusal), StatusKind::Error);
         return;
     }
     importing_ = true;
-    importTask_ = std::make_shared<ImporterJob>(std::move(std::get<JobPlan>(preparation)));
+    importTask_ = std::make_shared<jobs::ImporterJob>(std::move(std::get<jobs::JobPlan>(preparation)));
     completed_.reset();
-    setStatus(progressText(kind, static_cast<Travel>(window_->travel->selectedSegment())),
+    setStatus(progressText(kind, static_cast<jobs::Travel>(window_->travel->selectedSegment())),
               StatusKind::Plain);
     updateControls();
     const auto failure =
-        importTask_->start([app = QPointer(this), kind](const auto& job, const JobReport& report) {
+        importTask_->start([app = QPointer(this), kind](const auto& job, const jobs::JobReport& report) {
             if (app)
                 app->jobEnded(kind, job, report);
         });
@@ -88,14 +91,14 @@ void NXImportApp::startJob(JobKind kind, Preparation preparation) {
     }
 }
 
-void NXImportApp::jobEnded(JobKind kind, const std::shared_ptr<ImporterJob>& job,
-                           const JobReport& report) {
+void NXImportApp::jobEnded(JobKind kind, const std::shared_ptr<jobs::ImporterJob>& job,
+                           const jobs::JobReport& report) {
     if (job != importTask_)
         return; // a newer job owns the state
     importing_ = false;
     importTask_.reset();
-    const bool failed = report.outcome == JobOutcome::Failed;
-    if (!failed && report.outcome != JobOutcome::Cancelled)
+    const bool failed = report.outcome == jobs::JobOutcome::Failed;
+    if (!failed && report.outcome != jobs::JobOutcome::Cancelled)
         completed_ = Package{report.outputFolder, report.mainFile};
     const QString message = outcomeText(kind, report);
     setStatus(message, failed ? StatusKind::Error : StatusKind::Plain);
@@ -148,3 +151,5 @@ void NXImportApp::applicationWillTerminate() {
     if (importTask_)
         importTask_->stop();
 }
+
+} // namespace app

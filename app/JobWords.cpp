@@ -1,8 +1,13 @@
-#include "JobWords.h"
+#include "app/JobWords.h"
 
-#include "NXLocal.h"
+#include "localization/NXLocal.h"
 
 using namespace Qt::StringLiterals;
+
+namespace app {
+
+using localization::filled;
+using localization::NXLocal;
 
 // Each sentence stands here twice: for a place and for a route.
 namespace {
@@ -24,32 +29,32 @@ private:
 // A sentence stays on its line.
 // clang-format off
 
-QString refusalText(JobKind kind, Refusal refusal) {
+QString refusalText(JobKind kind, jobs::Refusal refusal) {
     const Words words(kind);
     switch (refusal) {
-    case Refusal::ChoiceMissing:
+    case jobs::Refusal::ChoiceMissing:
         break;
-    case Refusal::ServiceAddress:
+    case jobs::Refusal::ServiceAddress:
         return words(u"Der Datendienst braucht eine gültige HTTPS-Adresse ohne Zugangsdaten.",
                      u"Der Routingdienst braucht eine gültige HTTPS-Adresse ohne Zugangsdaten, Suchparameter oder Fragment.");
-    case Refusal::ToolMissing:
+    case jobs::Refusal::ToolMissing:
         return words(u"Der Ortsimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren.",
                      u"Der Routenimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren.");
-    case Refusal::PackageFolder:
+    case jobs::Refusal::PackageFolder:
         return words(u"Der Ordner für Ortsdaten konnte nicht angelegt werden.",
                      u"Der Ordner für gespeicherte Routen konnte nicht angelegt werden.");
-    case Refusal::TemporaryFolder:
+    case jobs::Refusal::TemporaryFolder:
         return words(u"Der temporäre Importordner konnte nicht angelegt werden.",
                      u"Der temporäre Routenordner konnte nicht angelegt werden.");
-    case Refusal::StationName: // only a route has stations
+    case jobs::Refusal::StationName: // only a route has stations
         return NXLocal(u"Ein Stationsname ist zu lang. Wähle einen eindeutig benannten Ort oder eine Adresse aus.");
-    case Refusal::HandOver:
+    case jobs::Refusal::HandOver:
         return words(u"Das Suchergebnis konnte nicht für den Import gespeichert werden.",
                      u"Die ausgewählten Stationen konnten nicht vorbereitet werden.");
-    case Refusal::OutputFolder:
+    case jobs::Refusal::OutputFolder:
         return words(u"Der Ordner für Ortsdaten konnte nicht angelegt werden.",
                      u"Der neue Routenordner konnte nicht vorbereitet werden.");
-    case Refusal::Log:
+    case jobs::Refusal::Log:
         return words(u"Das Importprotokoll konnte nicht angelegt werden.",
                      u"Das Routenprotokoll konnte nicht angelegt werden.");
     }
@@ -65,15 +70,15 @@ QString startFailureText(JobKind kind, const std::error_code& failure) {
                   {reason.isEmpty() ? NXLocal(u"Unbekannter Startfehler") : reason});
 }
 
-QString progressText(JobKind kind, Travel travel) {
+QString progressText(JobKind kind, jobs::Travel travel) {
     if (kind == JobKind::Place)
         return NXLocal(u"Ortsdaten, Gebäude und Gelände werden für Norvaxel 3D geladen. Das kann etwas dauern …");
     switch (travel) {
-    case Travel::Train:
+    case jobs::Travel::Train:
         return NXLocal(u"Gleisverlauf, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken brauchen einige Minuten …");
-    case Travel::Flight:
+    case jobs::Travel::Flight:
         return NXLocal(u"Flugbogen, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken brauchen einige Minuten …");
-    case Travel::Car:
+    case jobs::Travel::Car:
         break;
     }
     return NXLocal(u"Route, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken brauchen einige Minuten …");
@@ -83,19 +88,19 @@ QString stoppingText(JobKind kind) {
     return Words(kind)(u"Import wird beendet …", u"Routenberechnung wird beendet …");
 }
 
-QString outcomeText(JobKind kind, const JobReport& report) {
+QString outcomeText(JobKind kind, const jobs::JobReport& report) {
     const Words words(kind);
     switch (report.outcome) {
-    case JobOutcome::Cancelled:
+    case jobs::JobOutcome::Cancelled:
         return words(u"Import abgebrochen. Du kannst einen anderen Ort oder Umkreis wählen.",
                      u"Routenberechnung abgebrochen. Deine Stationen bleiben erhalten.");
-    case JobOutcome::Succeeded:
+    case jobs::JobOutcome::Succeeded:
         return words(u"Norvaxel-3D-Paket fertig – im Plugin »Letzten Import laden« wählen.",
                      u"Norvaxel-3D-Paket fertig: Route, Gebäude und Gelände – im Plugin »Letzten Import laden« wählen. Das Paket rendert offline.");
-    case JobOutcome::SucceededWithoutPointer:
+    case jobs::JobOutcome::SucceededWithoutPointer:
         return words(u"Ortsdaten sind fertig. Die Verbindung zu Resolve konnte nicht gespeichert werden. Öffne den Ordner und wähle origin.nxd im Plugin.",
                      u"Das Paket ist gespeichert. Öffne den Ordner und wähle route.nxd im Plugin; die Verbindung zu Resolve konnte nicht gespeichert werden.");
-    case JobOutcome::Failed:
+    case jobs::JobOutcome::Failed:
         break;
     }
     if (report.failureDetail.isEmpty())
@@ -110,3 +115,5 @@ QString failureTitle(JobKind kind) {
     return Words(kind)(u"Ortsdaten konnten nicht geladen werden",
                        u"Route konnte nicht berechnet werden");
 }
+
+} // namespace app

@@ -1,15 +1,20 @@
-#include "LanguageDialog.h"
+#include "app/LanguageDialog.h"
 
-#include "Button.h"
-#include "Fonts.h"
-#include "Label.h"
-#include "Language.h"
-#include "NXLocal.h"
-#include "PopUp.h"
+#include "localization/Language.h"
+#include "localization/NXLocal.h"
+#include "look/controls/Button.h"
+#include "look/controls/PopUp.h"
+#include "look/text/Fonts.h"
+#include "look/text/Label.h"
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+
+namespace app {
+
+using localization::localText;
+using localization::NXLocal;
 
 namespace {
 
@@ -28,9 +33,7 @@ int entryInUse() {
     const std::string stored = nxui::readLanguage(product, nxui::homeDirectory());
     const std::string code = stored.empty() ? nxui::currentLanguage(product) : stored;
     const auto found = std::ranges::find(nxui::languageCodes, code);
-    return found == nxui::languageCodes.end()
-               ? 0
-               : static_cast<int>(found - nxui::languageCodes.begin()) + 1;
+    return found == nxui::languageCodes.end() ? 0 : int(found - nxui::languageCodes.begin()) + 1;
 }
 
 } // namespace
@@ -65,3 +68,5 @@ look::Panel* makeLanguageConfirmation(const std::string& language, QWidget* pare
     panel->setButtons(u"OK"_s);
     return panel;
 }
+
+} // namespace app

@@ -1,12 +1,14 @@
 #pragma once
 
-#include "Panel.h"
+#include "look/controls/Panel.h"
 
 #include <string>
 
 namespace look {
 class PopUp;
 }
+
+namespace app {
 
 // Asks for the interface's language. Main thread.
 class LanguageDialog : public look::Panel {
@@ -24,3 +26,5 @@ private:
 
 // Says that the language was saved, in that language.
 look::Panel* makeLanguageConfirmation(const std::string& language, QWidget* parent);
+
+} // namespace app

@@ -1,20 +1,20 @@
-#include "MainWindow.h"
+#include "app/MainWindow.h"
 
-#include "Accessibility.h"
-#include "Button.h"
-#include "Colours.h"
-#include "Field.h"
-#include "Fonts.h"
-#include "Glyphs.h"
-#include "Label.h"
-#include "LiteralText.h"
-#include "NXLocal.h"
-#include "Panel.h"
-#include "PlaceList.h"
-#include "PopUp.h"
-#include "Segments.h"
-#include "Services.h"
-#include "Spinner.h"
+#include "app/Services.h"
+#include "localization/NXLocal.h"
+#include "look/accessibility/Accessibility.h"
+#include "look/controls/Button.h"
+#include "look/controls/Field.h"
+#include "look/controls/Glyphs.h"
+#include "look/controls/Panel.h"
+#include "look/controls/PlaceList.h"
+#include "look/controls/PopUp.h"
+#include "look/controls/Segments.h"
+#include "look/controls/Spinner.h"
+#include "look/style/Colours.h"
+#include "look/text/Fonts.h"
+#include "look/text/Label.h"
+#include "look/text/LiteralText.h"
 
 #include <QBoxLayout>
 #include <QCheckBox>
@@ -22,6 +22,11 @@
 #include <QScreen>
 
 using namespace Qt::StringLiterals;
+
+namespace app {
+
+using localization::NXLocal;
+
 using look::Button;
 using look::ButtonKind;
 using look::Field;
@@ -317,3 +322,5 @@ int MainWindow::selectedStation() const {
 void MainWindow::closeEvent(QCloseEvent* event) {
     event->setAccepted(mayClose());
 }
+
+} // namespace app

@@ -19,6 +19,8 @@ class Segments;
 class Spinner;
 } // namespace look
 
+namespace app {
+
 enum class StatusKind { Plain, Error };
 
 // The one window: its controls, their texts and places. It owns them all and knows no rule; what is
@@ -90,3 +92,5 @@ private:
 
     look::Announcer* announcer_; // owned by the window
 };
+
+} // namespace app

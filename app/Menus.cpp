@@ -1,13 +1,16 @@
-#include "NXImportApp.h"
-
-#include "LiteralText.h"
-#include "NXLocal.h"
+#include "app/NXImportApp.h"
+#include "localization/NXLocal.h"
+#include "look/text/LiteralText.h"
 
 #include <QApplication>
 #include <QLineEdit>
 #include <QMenuBar>
 
 using namespace Qt::StringLiterals;
+
+namespace app {
+
+using localization::NXLocal;
 
 namespace {
 
@@ -72,3 +75,5 @@ void NXImportApp::makeMenu() {
             [w] { w->showMinimized(); });
     addItem(window, NXLocal(u"Zoomen"_s), {}, [w] { zoom(w); });
 }
+
+} // namespace app

@@ -1,18 +1,18 @@
-#include "NXImportApp.h"
+#include "app/NXImportApp.h"
 
-#include "Button.h"
-#include "Colours.h"
-#include "Field.h"
-#include "Label.h"
-#include "Language.h"
-#include "LanguageDialog.h"
-#include "NXLocal.h"
-#include "PlaceList.h"
-#include "PopUp.h"
-#include "QuitSignals.h"
-#include "Segments.h"
-#include "Services.h"
-#include "Spinner.h"
+#include "app/LanguageDialog.h"
+#include "app/Services.h"
+#include "localization/Language.h"
+#include "localization/NXLocal.h"
+#include "look/controls/Button.h"
+#include "look/controls/Field.h"
+#include "look/controls/PlaceList.h"
+#include "look/controls/PopUp.h"
+#include "look/controls/Segments.h"
+#include "look/controls/Spinner.h"
+#include "look/style/Colours.h"
+#include "look/text/Label.h"
+#include "platform/QuitSignals.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -23,8 +23,13 @@
 
 using namespace Qt::StringLiterals;
 
+namespace app {
+
+using localization::filled;
+using localization::NXLocal;
+
 // The lists draw what the models tell.
-static_assert(look::DetailRole == PlaceListModel::DetailRole);
+static_assert(look::DetailRole == look::PlaceListModel::DetailRole);
 
 NXImportApp::NXImportApp(Mode startMode) : startMode_(startMode) {}
 
@@ -135,8 +140,7 @@ void NXImportApp::endpointChanged() {
     static constexpr std::array addresses{services::openStreetMap, services::overpass,
                                           services::overpassAlternative};
     const bool isFixed = index >= 0 && index < customEndpoint;
-    window_->endpointField->setText(isFixed ? QString(addresses.at(static_cast<size_t>(index)))
-                                            : QString());
+    window_->endpointField->setText(isFixed ? QString(addresses.at(size_t(index))) : QString());
     window_->endpointField->setReadOnly(isFixed);
 }
 
@@ -216,3 +220,5 @@ void NXImportApp::saveLanguage(const std::string& language) {
     confirmation->setAttribute(Qt::WA_DeleteOnClose);
     confirmation->open();
 }
+
+} // namespace app

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "ControlStates.h"
-#include "ImporterJob.h"
-#include "JobWords.h"
-#include "MainWindow.h"
-#include "PhotonAnswer.h"
-#include "PlaceListModel.h"
-#include "StationList.h"
+#include "app/ControlStates.h"
+#include "app/JobWords.h"
+#include "app/MainWindow.h"
+#include "jobs/ImporterJob.h"
+#include "jobs/StationList.h"
+#include "look/controls/PlaceListModel.h"
+#include "search/PhotonAnswer.h"
 
 #include <QObject>
 #include <QPointer>
@@ -16,7 +16,12 @@
 #include <span>
 #include <utility>
 
+namespace search {
 class NXPhotonSearch;
+}
+
+namespace app {
+
 
 // Controls, each with whether a person can use it.
 using Usable = std::span<const std::pair<QWidget*, bool>>;
@@ -70,9 +75,9 @@ private:
     void search();
     void controlTextDidChange();
     void clearResults();
-    void showResults(QList<ResultRow> rows);
+    void showResults(QList<search::ResultRow> rows);
     void applyAnswer(quint64 generation, const QString& query, const QByteArray& body,
-                     const QString& message, QList<ResultRow> rows);
+                     const QString& message, QList<search::ResultRow> rows);
     void focusResults();
     void activateResult();
 
@@ -85,8 +90,8 @@ private:
     // Jobs (JobFlow.cpp)
     void download();
     void calculateRoute();
-    void startJob(JobKind kind, Preparation preparation);
-    void jobEnded(JobKind kind, const std::shared_ptr<ImporterJob>& job, const JobReport& report);
+    void startJob(JobKind kind, jobs::Preparation preparation);
+    void jobEnded(JobKind kind, const std::shared_ptr<jobs::ImporterJob>& job, const jobs::JobReport& report);
     void cancel();
     void showInFinder();
 
@@ -100,14 +105,14 @@ private:
     const Mode startMode_;
     std::unique_ptr<MainWindow> window_;
 
-    PlaceListModel resultModel_;
-    PlaceListModel stationModel_;
-    StationList stations_;
-    QList<ResultRow> results_;  // of the search that is shown, at most `mostResults`
+    look::PlaceListModel resultModel_;
+    look::PlaceListModel stationModel_;
+    jobs::StationList stations_;
+    QList<search::ResultRow> results_;  // of the search that is shown, at most `mostResults`
     QByteArray photonResponse_; // the answer that `results_` came from; empty without results
     QString searchedQuery_;     // the query that `results_` answer; empty without results
-    std::shared_ptr<NXPhotonSearch> searchTask_;
-    std::shared_ptr<ImporterJob> importTask_;
+    std::shared_ptr<search::NXPhotonSearch> searchTask_;
+    std::shared_ptr<jobs::ImporterJob> importTask_;
     std::optional<Package> completed_; // the last job's package, if it succeeded
     quint64 searchGeneration_ = 0;     // an answer to another generation changes nothing
     bool searching_ = false;
@@ -118,3 +123,5 @@ private:
     bool startedSearch_ = false;
     QPointer<QWidget> startedFrom_;
 };
+
+} // namespace app

@@ -1,25 +1,29 @@
-#include "NXImportApp.h"
-
-#include "Button.h"
-#include "Field.h"
-#include "Label.h"
-#include "MainQueue.h"
-#include "NXLocal.h"
-#include "NXPhotonSearch.h"
-#include "NXText.h"
-#include "PhotonQuery.h"
-#include "PlaceList.h"
-#include "Services.h"
+#include "app/NXImportApp.h"
+#include "app/Services.h"
+#include "localization/NXLocal.h"
+#include "look/controls/Button.h"
+#include "look/controls/Field.h"
+#include "look/controls/PlaceList.h"
+#include "look/text/Label.h"
+#include "platform/MainQueue.h"
+#include "search/NXPhotonSearch.h"
+#include "search/NXText.h"
+#include "search/PhotonQuery.h"
 
 #include <QPointer>
 
 using namespace Qt::StringLiterals;
 
+namespace app {
+
+using localization::filled;
+using localization::NXLocal;
+
 void NXImportApp::search() {
     if (importing_)
         return;
-    const QString query = NXText(window_->query->text());
-    if (query.isEmpty() || query.size() > longestQuery) {
+    const QString query = search::NXText(window_->query->text());
+    if (query.isEmpty() || query.size() > search::longestQuery) {
         setStatus(NXLocal(u"Bitte einen Ortsnamen mit höchstens 300 Zeichen eingeben."_s),
                   StatusKind::Error);
         return;
@@ -33,13 +37,13 @@ void NXImportApp::search() {
     setStatus(NXLocal(u"Orte werden gesucht …"_s), StatusKind::Plain);
     updateControls();
 
-    searchTask_ = NXPhotonSearch::make();
-    searchTask_->start(photonQuery(QUrl(services::geocoder), query),
+    searchTask_ = search::NXPhotonSearch::make();
+    searchTask_->start(search::photonQuery(QUrl(services::geocoder), query),
                        [app = QPointer(this), generation,
                         query](const std::optional<QByteArray>& body, QString message) {
-                           QList<ResultRow> rows;
+                           QList<search::ResultRow> rows;
                            if (body) {
-                               if (auto answer = readPhotonAnswer(*body, query))
+                               if (auto answer = search::readPhotonAnswer(*body, query))
                                    rows = std::move(*answer);
                                else
                                    message = NXLocal(
@@ -55,7 +59,7 @@ void NXImportApp::search() {
 }
 
 void NXImportApp::applyAnswer(quint64 generation, const QString& query, const QByteArray& body,
-                              const QString& message, QList<ResultRow> rows) {
+                              const QString& message, QList<search::ResultRow> rows) {
     if (generation != searchGeneration_)
         return;
     searching_ = false;
@@ -103,10 +107,10 @@ void NXImportApp::clearResults() {
     showResults({});
 }
 
-void NXImportApp::showResults(QList<ResultRow> rows) {
+void NXImportApp::showResults(QList<search::ResultRow> rows) {
     results_ = std::move(rows);
-    QList<PlaceRow> shown;
-    for (const ResultRow& row : results_)
+    QList<look::PlaceRow> shown;
+    for (const search::ResultRow& row : results_)
         shown.append({row.name, row.detail});
     resultModel_.setRows(shown);
 }
@@ -126,3 +130,5 @@ void NXImportApp::focusResults() {
     if (window_->selectedResult() < 0)
         window_->table->setCurrentIndex(resultModel_.index(0, 0));
 }
+
+} // namespace app

@@ -2,6 +2,8 @@
 
 #include <QLatin1StringView>
 
+namespace app {
+
 // The public services that the window names. Nothing else in the program knows an address.
 namespace services {
 
@@ -18,3 +20,5 @@ inline constexpr Address routing{"https://routing.openstreetmap.de/routed-car/ro
 inline constexpr Address example{"https://overpass.example.org/api/interpreter"};
 
 } // namespace services
+
+} // namespace app

@@ -1,16 +1,20 @@
-#include "NXImportApp.h"
-
-#include "NXLocal.h"
-#include "PlaceList.h"
+#include "app/NXImportApp.h"
+#include "localization/NXLocal.h"
+#include "look/controls/PlaceList.h"
 
 using namespace Qt::StringLiterals;
+
+namespace app {
+
+using localization::filled;
+using localization::NXLocal;
 
 void NXImportApp::addStation() {
     const int row = window_->selectedResult();
     if (busy() || row < 0 || row >= results_.size())
         return;
-    const ResultRow& place = results_.at(row);
-    const auto station = stationOf(place.name, place.detail, place.feature);
+    const search::ResultRow& place = results_.at(row);
+    const auto station = jobs::stationOf(place.name, place.detail, place.feature);
     if (!station)
         return;
     const auto added = stations_.add(*station);
@@ -39,8 +43,8 @@ void NXImportApp::moveStation(int offset) {
 void NXImportApp::showStations(std::optional<int> selected, const QString& text) {
     if (!selected)
         return; // the edit was not possible
-    QList<PlaceRow> rows;
-    for (const Station& station : stations_.stations())
+    QList<look::PlaceRow> rows;
+    for (const jobs::Station& station : stations_.stations())
         rows.append(
             {filled(NXLocal(u"%ld · %@"_s), {rows.size() + 1, station.name}), station.detail});
     stationModel_.setRows(rows);
@@ -50,3 +54,5 @@ void NXImportApp::showStations(std::optional<int> selected, const QString& text)
     setStatus(text, StatusKind::Plain);
     updateControls();
 }
+
+} // namespace app

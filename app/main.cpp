@@ -1,8 +1,7 @@
-#include "NXImportApp.h"
-
-#include "Fonts.h"
-#include "Language.h"
-#include "Style.h"
+#include "app/NXImportApp.h"
+#include "localization/Language.h"
+#include "look/style/Style.h"
+#include "look/text/Fonts.h"
 
 #include <QApplication>
 
@@ -18,7 +17,7 @@ int main(int argc, char* argv[]) {
     // Lives as long as the process: nobody waits for a window to be taken apart that is gone from
     // the screen. What must not outlive the program ends in applicationWillTerminate().
     static auto* const controller =
-        new NXImportApp(route ? NXImportApp::Mode::Route : NXImportApp::Mode::Place);
+        new app::NXImportApp(route ? app::NXImportApp::Mode::Route : app::NXImportApp::Mode::Place);
     controller->applicationDidFinishLaunching();
     return QApplication::exec();
 }

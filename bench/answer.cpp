@@ -1,8 +1,8 @@
 // Understanding an answer of 1 MiB, beside the JSON parser alone on the same bytes.
 //     build/bench/bin/bench_answer --benchmark_repetitions=9
 //     --benchmark_enable_random_interleaving=true
-#include "PhotonAnswer.h"
-#include "PlaceListModel.h"
+#include "look/controls/PlaceListModel.h"
+#include "search/PhotonAnswer.h"
 
 #include <QJsonDocument>
 
@@ -11,6 +11,7 @@
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace search;
 
 QByteArray longestAnswer() {
     const QByteArray feature =

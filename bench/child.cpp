@@ -6,7 +6,7 @@
 // ChildProcess and posix_spawn take turns, so that a change of the machine's load meets both. fork
 // runs afterwards: it leaves pages to be copied to whoever comes next.
 
-#include "ChildProcess.h"
+#include "platform/ChildProcess.h"
 
 #include <fcntl.h>
 #include <spawn.h>

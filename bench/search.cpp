@@ -1,23 +1,24 @@
 // What a search costs over the bare curl command with the same arguments: run by bench/search.py,
 // which starts the local geocoder first.
-#include "NXPhotonSearch.h"
-#include "PhotonQuery.h"
-#include "PhotonTransfer.h"
+#include "search/NXPhotonSearch.h"
+#include "search/PhotonQuery.h"
+#include "search/PhotonTransfer.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
-
-#include <algorithm>
-#include <cstdio>
-#include <vector>
 
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
 using namespace Qt::StringLiterals;
+using namespace search;
 
 namespace {
 
@@ -29,7 +30,7 @@ const QUrl& address() {
 }
 
 double milliseconds(const QElapsedTimer& timer) {
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    return double(timer.nsecsElapsed()) / 1e6;
 }
 
 // Start to exit of curl, its answer going nowhere.

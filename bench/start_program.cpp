@@ -1,14 +1,18 @@
 // The program's own start, watched.
 #include "FirstFrame.h"
-#include "Fonts.h"
-#include "Language.h"
-#include "NXImportApp.h"
-#include "Style.h"
+#include "app/NXImportApp.h"
+#include "localization/Language.h"
+#include "look/style/Style.h"
+#include "look/text/Fonts.h"
 
 #include <QApplication>
 
+using namespace Qt::StringLiterals;
+using namespace app;
+using namespace localization;
+
 int main(int argc, char* argv[]) {
-    QGuiApplication::setDesktopFileName(QStringLiteral("de.norvaxel.orteundrouten"));
+    QGuiApplication::setDesktopFileName(u"de.norvaxel.orteundrouten"_s);
     QApplication application(argc, argv);
     look::preferLettersOf(nxui::currentLanguage(nxui::Product::ThreeD));
     look::applyLook(application);

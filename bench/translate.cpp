@@ -3,13 +3,12 @@
 //
 //   bench_translate [--benchmark_repetitions=9 --benchmark_enable_random_interleaving=true ...]
 //
-// Every way looks up the same keys in the same random order, long enough for the processor not to learn
-// it, and is checked against the table before it is measured.
+// Every way looks up the same keys in the same random order, long enough for the processor not to
+// learn it, and is checked against the table before it is measured.
 
-#include "Translation.h"
+#include "localization/Translation.h"
 
 #include <benchmark/benchmark.h>
-
 #include <libintl.h>
 
 #include <algorithm>
@@ -20,6 +19,7 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+using namespace localization;
 
 namespace {
 
@@ -62,14 +62,13 @@ const char* bareSearch(const std::string& text) {
 
 std::string quoted(const std::string& text) {
     std::string result = "\"";
-    for (const char byte : text) {
+    for (const char byte : text)
         if (byte == '\n')
             result += "\\n";
         else if (byte == '"' || byte == '\\')
             result += std::string("\\") + byte;
         else
             result += byte;
-    }
     return result + '"';
 }
 

@@ -14,11 +14,12 @@ function(norvaxel_strict target)
 endfunction()
 
 # norvaxel_floor(name SOURCES ... LINKS ...): one folder as a library of that name.
-# Headers are included as "Name.h"; a folder sees the headers of what it links and no others.
+# Headers are included with their folder ("platform/Pipe.h"). A test holds the includes of each folder
+# against its LINKS, both ways.
 function(norvaxel_floor name)
     cmake_parse_arguments(FLOOR "" "" "SOURCES;LINKS" ${ARGN})
     add_library(${name} STATIC ${FLOOR_SOURCES})
-    target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC ${FLOOR_LINKS})
     norvaxel_strict(${name})
 endfunction()

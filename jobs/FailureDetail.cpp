@@ -1,4 +1,4 @@
-#include "FailureDetail.h"
+#include "jobs/FailureDetail.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -7,6 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
+namespace jobs {
 namespace {
 
 constexpr auto marker = "FEHLER:"_L1;
@@ -21,10 +22,9 @@ public:
     }
 
     void append(QStringView piece) {
-        if (kept_.isEmpty()) {
+        if (kept_.isEmpty())
             while (!piece.isEmpty() && piece.front().isSpace())
                 piece = piece.sliced(1);
-        }
         qsizetype end = piece.size();
         while (end > 0 && piece.at(end - 1).isSpace())
             --end;
@@ -91,10 +91,9 @@ QString decoded(const QByteArray& bytes) {
 
 QString lastLineWithText(const QString& text) {
     const QList<QStringView> lines = QStringView(text).split(u'\n');
-    for (auto line = lines.crbegin(); line != lines.crend(); ++line) {
+    for (auto line = lines.crbegin(); line != lines.crend(); ++line)
         if (const QStringView words = line->trimmed(); !words.isEmpty())
             return words.toString();
-    }
     return {};
 }
 
@@ -142,3 +141,5 @@ QString routeFailureDetail(const QString& logPath) {
     return firstWholeCharacters(
         withoutAddresses(line.trimmed(), QRegularExpression::NoPatternOption));
 }
+
+} // namespace jobs

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace jobs {
+
 // What the importer's log says about a failed place import: the text after the last "FEHLER:"
 // (the whole log if there is none), trimmed, its last 650 UTF-16 units, service addresses replaced
 // by "[Datendienst]". Empty when the log cannot be read or is not UTF-8. Reads the file once in
@@ -12,3 +14,5 @@ QString placeFailureDetail(const QString& logPath);
 // "FEHLER:", else the last line that is not blank; at most 500 units, widened to whole composed
 // characters. A log that is not UTF-8 is read as Latin-1. Any thread.
 QString routeFailureDetail(const QString& logPath);
+
+} // namespace jobs

@@ -5,7 +5,11 @@
 
 #include <string>
 
+namespace jobs {
+
 // A path as the file system has it.
 inline std::string filePath(const QString& path) {
     return QFile::encodeName(path).toStdString();
 }
+
+} // namespace jobs

@@ -1,10 +1,10 @@
-#include "ImporterJob.h"
+#include "jobs/ImporterJob.h"
 
-#include "AtomicFile.h"
-#include "ChildProcess.h"
-#include "FilePath.h"
-#include "MainQueue.h"
-#include "StopOwnedTask.h"
+#include "jobs/FilePath.h"
+#include "jobs/StopOwnedTask.h"
+#include "platform/AtomicFile.h"
+#include "platform/ChildProcess.h"
+#include "platform/MainQueue.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,6 +14,7 @@
 
 using namespace Qt::StringLiterals;
 
+namespace jobs {
 namespace {
 
 platform::ChildCommand commandOf(const JobPlan& plan, int log) {
@@ -36,7 +37,7 @@ bool isComplete(const JobPlan& plan) {
 bool writePointer(const JobPlan& plan) {
     const QString mainFile = plan.outputFolder + u'/' + plan.requiredFiles.first();
     return !platform::replaceFile(filePath(plan.supportFolder + u'/' + plan.pointerName),
-                                  mainFile.toUtf8() + '\n', platform::Durability::durable);
+                                  mainFile.toUtf8() + '\n', platform::Durability::Durable);
 }
 
 JobReport reportOf(const JobPlan& plan, const platform::ChildExit& exit, bool cancelled) {
@@ -52,7 +53,7 @@ JobReport reportOf(const JobPlan& plan, const platform::ChildExit& exit, bool ca
     for (const JobFile& file : plan.packageFiles) {
         // The package is whole without these: they only tell how it came about.
         (void)platform::replaceFile(filePath(plan.outputFolder + u'/' + file.name), file.bytes,
-                                    platform::Durability::durable);
+                                    platform::Durability::Durable);
     }
     report.outcome =
         writePointer(plan) ? JobOutcome::Succeeded : JobOutcome::SucceededWithoutPointer;
@@ -97,3 +98,5 @@ void ImporterJob::stop() {
     cancelRequested_ = true;
     NXStopOwnedTask(child_);
 }
+
+} // namespace jobs

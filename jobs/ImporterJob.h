@@ -1,6 +1,6 @@
 #pragma once
 
-#include "JobPlan.h"
+#include "jobs/JobPlan.h"
 
 #include <QString>
 
@@ -13,6 +13,8 @@ namespace platform {
 class ChildProcess;
 struct ChildExit;
 } // namespace platform
+
+namespace jobs {
 
 enum class JobOutcome {
     Cancelled,
@@ -59,3 +61,5 @@ private:
     std::shared_ptr<platform::ChildProcess> child_; // written before the child runs
     std::atomic<bool> cancelRequested_ = false;     // read on the thread of the child's exit
 };
+
+} // namespace jobs

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UniqueFd.h"
+#include "platform/UniqueFd.h"
 
 #include <QByteArray>
 #include <QList>
@@ -8,6 +8,8 @@
 #include <QStringList>
 
 #include <variant>
+
+namespace jobs {
 
 // Why a job was refused before anything was started. Each kind of job has its own sentence.
 enum class Refusal {
@@ -47,3 +49,5 @@ struct JobPlan {
 
 // A plan, or why there is none (then nothing is left on disk but the folder for packages).
 using Preparation = std::variant<JobPlan, Refusal>;
+
+} // namespace jobs

@@ -1,9 +1,9 @@
-#include "JobPreparation.h"
+#include "jobs/JobPreparation.h"
 
-#include "AtomicFile.h"
-#include "FilePath.h"
-#include "NXLocal.h"
-#include "WorkNames.h"
+#include "jobs/FilePath.h"
+#include "jobs/WorkNames.h"
+#include "localization/NXLocal.h"
+#include "platform/AtomicFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -12,6 +12,10 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+
+namespace jobs {
+
+using localization::NXLocal;
 
 namespace {
 
@@ -38,7 +42,7 @@ QString systemTemporaryFolder() {
 bool write(const TemporaryJobFolder& folder, const JobFile& file) {
     // The folder does not outlive the job, so nothing is gained by waiting for the disk.
     return !platform::replaceFile(filePath(folder.file(file.name)), file.bytes,
-                                  platform::Durability::fast, platform::Readers::owner);
+                                  platform::Durability::Fast, platform::Readers::Owner);
 }
 
 } // namespace
@@ -85,8 +89,9 @@ Preparation prepareJob(const JobValues& values, const JobInputs& inputs,
     const QString packages = support.value_or(QString()) + u'/' + values.folders.packages;
     if (!support || !QDir().mkpath(packages))
         return Refusal::PackageFolder;
-    auto temporary = TemporaryJobFolder::make(
-        values.folders.temporaryPrefix + upperCaseText(QUuid::createUuid()), values.folders.temporaryParents);
+    auto temporary = TemporaryJobFolder::make(values.folders.temporaryPrefix +
+                                                  upperCaseText(QUuid::createUuid()),
+                                              values.folders.temporaryParents);
     if (!temporary)
         return Refusal::TemporaryFolder;
     const auto handOver = inputs.handOver();
@@ -116,3 +121,5 @@ Preparation prepareJob(const JobValues& values, const JobInputs& inputs,
         .failureDetail = values.log.failureDetail,
     };
 }
+
+} // namespace jobs

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "JobPlan.h"
-#include "PrivateFiles.h"
+#include "jobs/JobPlan.h"
+#include "platform/PrivateFiles.h"
 
 #include <QString>
 
@@ -9,10 +9,12 @@
 #include <optional>
 #include <variant>
 
+namespace jobs {
+
 // The per-user folder that the plug-in reads: the desktop's data folder, "Norvaxel",
 // "Norvaxel 3D". The data folder is made if it is missing, the other two are not.
-// $XDG_DATA_HOME when it is an absolute path, else $HOME/.local/share, as freedesktop.org's XDG Base
-// Directory has it; on macOS the user's Application Support folder. Nothing if there is none.
+// $XDG_DATA_HOME when it is an absolute path, else $HOME/.local/share, as freedesktop.org's XDG
+// Base Directory has it; on macOS the user's Application Support folder. Nothing if there is none.
 std::optional<QString> NXSupportFolder();
 
 // The importer tool in `folder`; nothing unless it is an executable file.
@@ -70,3 +72,5 @@ struct JobInputs {
 // Makes everything that the tool needs, in this order: the folder for packages, the private
 // temporary folder, the files in it, the log. `toolFolder` is where the importer lies. Main thread.
 Preparation prepareJob(const JobValues& values, const JobInputs& inputs, const QString& toolFolder);
+
+} // namespace jobs

@@ -1,9 +1,9 @@
-#include "PlaceImport.h"
+#include "jobs/PlaceImport.h"
 
-#include "FailureDetail.h"
-#include "HttpsAddress.h"
-#include "JobPreparation.h"
-#include "WorkNames.h"
+#include "jobs/FailureDetail.h"
+#include "jobs/JobPreparation.h"
+#include "jobs/WorkNames.h"
+#include "platform/HttpsAddress.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -13,11 +13,12 @@
 
 using namespace Qt::StringLiterals;
 
+namespace jobs {
 namespace {
 
 JobValues placeValues() {
     return {
-        .folders = {u"Ortsdaten"_s, u"Norvaxel-Ortsimport-"_s, platform::Parents::create},
+        .folders = {u"Ortsdaten"_s, u"Norvaxel-Ortsimport-"_s, platform::Parents::Create},
         .log = {u"import.log"_s, Refusal::Log, placeFailureDetail},
         .package = {{u"origin.nxd"_s, u"norvaxel3d.json"_s}, u"last-import.txt"_s},
     };
@@ -33,7 +34,7 @@ QByteArray selectedFeatureCollection(const QJsonObject& feature) {
 
 QString radiusKilometres(int radiusIndex) {
     static constexpr std::array radii{"0.4"_L1, "0.8"_L1, "1.2"_L1, "2.0"_L1};
-    return radii.at(static_cast<size_t>(radiusIndex));
+    return radii.at(size_t(radiusIndex));
 }
 
 QStringList placeArguments(const PlaceRequest& request, const QString& selectedFeatureFile,
@@ -83,12 +84,11 @@ Preparation preparePlaceImport(const PlaceRequest& request, const QString& toolF
     return prepareJob(placeValues(),
                       {
                           .packageName = placeFolderName(request.name, now, QUuid::createUuid()),
-                          .handOver =
-                              [&] {
-                                  return QList{selected, search};
-                              },
+                          .handOver = [&] { return QList{selected, search}; },
                           .arguments = std::bind_front(placeArguments, std::cref(request)),
                           .packageFiles = {search, choice},
                       },
                       toolFolder);
 }
+
+} // namespace jobs

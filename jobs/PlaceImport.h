@@ -1,9 +1,11 @@
 #pragma once
 
-#include "JobPlan.h"
+#include "jobs/JobPlan.h"
 
 #include <QDateTime>
 #include <QJsonObject>
+
+namespace jobs {
 
 // What the person chose for a place import.
 struct PlaceRequest {
@@ -32,3 +34,5 @@ QByteArray placeChoiceRecord(const PlaceRequest& request);
 // importer lies, `now` names the package's folder. Main thread.
 Preparation preparePlaceImport(const PlaceRequest& request, const QString& toolFolder,
                                const QDateTime& now);
+
+} // namespace jobs

@@ -1,9 +1,9 @@
-#include "RouteImport.h"
+#include "jobs/RouteImport.h"
 
-#include "FailureDetail.h"
-#include "HttpsAddress.h"
-#include "JobPreparation.h"
-#include "WorkNames.h"
+#include "jobs/FailureDetail.h"
+#include "jobs/JobPreparation.h"
+#include "jobs/WorkNames.h"
+#include "platform/HttpsAddress.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -13,13 +13,28 @@
 
 using namespace Qt::StringLiterals;
 
+QStringList nx::routeImportModeArguments(bool threeD, int travelMode, bool withMap) {
+    if (!threeD)
+        return withMap ? QStringList{u"--with-map"_s} : QStringList();
+    switch (static_cast<jobs::Travel>(travelMode)) {
+    case jobs::Travel::Train:
+        return {u"--3d"_s, u"--travel"_s, u"rail"_s};
+    case jobs::Travel::Flight:
+        return {u"--3d"_s, u"--travel"_s, u"flight"_s};
+    case jobs::Travel::Car:
+        break;
+    }
+    return {u"--3d"_s};
+}
+
+namespace jobs {
 namespace {
 
 constexpr qsizetype longestStationName = 200; // UTF-16 units
 
 JobValues routeValues() {
     return {
-        .folders = {u"Routen"_s, u"Norvaxel-Route-"_s, platform::Parents::mustExist},
+        .folders = {u"Routen"_s, u"Norvaxel-Route-"_s, platform::Parents::MustExist},
         .log = {u"route.log"_s, Refusal::OutputFolder, routeFailureDetail},
         .package = {{u"route.nxd"_s, u"stations.nxd"_s, u"basemap/origin.nxd"_s,
                      u"basemap/norvaxel3d.json"_s},
@@ -43,26 +58,12 @@ std::variant<QList<JobFile>, Refusal> stationsFile(const QList<Station>& station
 
 } // namespace
 
-QStringList nx::routeImportModeArguments(bool threeD, int travelMode, bool withMap) {
-    if (!threeD)
-        return withMap ? QStringList{u"--with-map"_s} : QStringList();
-    switch (static_cast<Travel>(travelMode)) {
-    case Travel::Train:
-        return {u"--3d"_s, u"--travel"_s, u"rail"_s};
-    case Travel::Flight:
-        return {u"--3d"_s, u"--travel"_s, u"flight"_s};
-    case Travel::Car:
-        break;
-    }
-    return {u"--3d"_s};
-}
-
 QStringList routeArguments(const RouteRequest& request, const QString& stations,
                            const QString& outputFolder) {
     const QStringList arguments{
         u"--route"_s,    u"--stations"_s,           stations, u"--output"_s, outputFolder,
         u"--endpoint"_s, request.endpoint.trimmed()};
-    return arguments + nx::routeImportModeArguments(true, static_cast<int>(request.travel), true);
+    return arguments + nx::routeImportModeArguments(true, int(request.travel), true);
 }
 
 Preparation prepareRouteImport(const RouteRequest& request, const QString& toolFolder,
@@ -83,3 +84,5 @@ Preparation prepareRouteImport(const RouteRequest& request, const QString& toolF
         },
         toolFolder);
 }
+
+} // namespace jobs

@@ -1,13 +1,10 @@
 #pragma once
 
-#include "JobPlan.h"
-#include "StationList.h"
+#include "jobs/JobPlan.h"
+#include "jobs/StationList.h"
 
 #include <QDateTime>
 #include <QStringList>
-
-// How a route is travelled, in the order of the window's segments.
-enum class Travel { Car, Train, Flight };
 
 namespace nx {
 
@@ -16,6 +13,11 @@ namespace nx {
 QStringList routeImportModeArguments(bool threeD, int travelMode, bool withMap);
 
 } // namespace nx
+
+namespace jobs {
+
+// How a route is travelled, in the order of the window's segments.
+enum class Travel { Car, Train, Flight };
 
 // What the person chose for a route.
 struct RouteRequest {
@@ -32,3 +34,5 @@ QStringList routeArguments(const RouteRequest& request, const QString& stations,
 // importer lies, `now` names the route's folder. Main thread.
 Preparation prepareRouteImport(const RouteRequest& request, const QString& toolFolder,
                                const QDateTime& now);
+
+} // namespace jobs

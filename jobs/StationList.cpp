@@ -1,4 +1,4 @@
-#include "StationList.h"
+#include "jobs/StationList.h"
 
 #include <QJsonArray>
 
@@ -7,6 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
+namespace jobs {
 namespace {
 
 bool isWithin(double degrees, double limit) {
@@ -33,14 +34,14 @@ std::optional<int> StationList::add(const Station& station) {
     if (stations_.size() >= mostStations)
         return std::nullopt;
     stations_.append(station);
-    return static_cast<int>(stations_.size()) - 1;
+    return int(stations_.size()) - 1;
 }
 
 std::optional<int> StationList::remove(int row) {
     if (!holds(row))
         return std::nullopt;
     stations_.removeAt(row);
-    return std::min(row, static_cast<int>(stations_.size()) - 1);
+    return std::min(row, int(stations_.size()) - 1);
 }
 
 std::optional<int> StationList::move(int row, int offset) {
@@ -49,3 +50,5 @@ std::optional<int> StationList::move(int row, int offset) {
     stations_.swapItemsAt(row, row + offset);
     return row + offset;
 }
+
+} // namespace jobs

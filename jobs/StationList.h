@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace jobs {
+
 // The most stations that a route has.
 inline constexpr qsizetype mostStations = 32;
 
@@ -43,3 +45,5 @@ private:
 
     QList<Station> stations_;
 };
+
+} // namespace jobs

@@ -1,19 +1,19 @@
-#include "WorkNames.h"
+#include "jobs/WorkNames.h"
 
 #include <QLocale>
 
 using namespace Qt::StringLiterals;
 
+namespace jobs {
 namespace {
 
 constexpr qsizetype longestSlug = 42;
 
 QString withoutDiacritics(const QString& text) {
     QString folded;
-    for (const QChar c : text.normalized(QString::NormalizationForm_D)) {
+    for (const QChar c : text.normalized(QString::NormalizationForm_D))
         if (c.category() != QChar::Mark_NonSpacing)
             folded += c;
-    }
     return folded;
 }
 
@@ -56,3 +56,5 @@ QString routeFolderName(const QString& first, const QString& last, const QDateTi
 QString upperCaseText(const QUuid& uuid) {
     return uuid.toString(QUuid::WithoutBraces).toUpper();
 }
+
+} // namespace jobs

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QUuid>
 
+namespace jobs {
+
 // A file-name-safe form of a name: "a" to "z", "0" to "9" and single inner hyphens, at most 42
 // characters, never empty ("ort" when nothing of the name is left). Pure.
 QString NXSlug(const QString& text);
@@ -19,3 +21,5 @@ QString routeFolderName(const QString& first, const QString& last, const QDateTi
 
 // The 36 characters of a UUID in upper case.
 QString upperCaseText(const QUuid& uuid);
+
+} // namespace jobs

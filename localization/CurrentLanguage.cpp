@@ -1,4 +1,4 @@
-#include "Language.h"
+#include "localization/Language.h"
 
 #include <cstdlib>
 

@@ -1,17 +1,17 @@
-#include "FilledText.h"
+#include "localization/FilledText.h"
 
 #include <array>
 #include <charconv>
 
+namespace localization {
 namespace {
 
 // The length of the placeholder that `format` begins with, 0 when it begins with none.
 qsizetype placeholderLength(QStringView format) {
     constexpr std::array<QStringView, 4> placeholders = {u"%@", u"%lu", u"%ld", u"%.4f"};
-    for (const QStringView placeholder : placeholders) {
+    for (const QStringView placeholder : placeholders)
         if (format.startsWith(placeholder))
             return placeholder.size();
-    }
     return 0;
 }
 
@@ -41,3 +41,5 @@ QString filled(QStringView format, std::initializer_list<FormatArgument> argumen
     }
     return result;
 }
+
+} // namespace localization

@@ -5,6 +5,8 @@
 #include <concepts>
 #include <initializer_list>
 
+namespace localization {
+
 // What takes the place of one placeholder: a text as it is, an integer in decimal digits, or a
 // floating-point number with four decimals. Numbers look the same in every locale.
 class FormatArgument {
@@ -25,3 +27,5 @@ private:
 // placeholder without an argument stays, an argument without a placeholder is left out. From any
 // thread.
 QString filled(QStringView format, std::initializer_list<FormatArgument> arguments);
+
+} // namespace localization

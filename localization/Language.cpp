@@ -1,4 +1,4 @@
-#include "Language.h"
+#include "localization/Language.h"
 
 #include <algorithm>
 
@@ -14,7 +14,7 @@ bool isTagByte(char byte) {
 }
 
 char lowerCased(char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+    return byte >= 'A' && byte <= 'Z' ? char(byte - 'A' + 'a') : byte;
 }
 
 // "zh" alone means the simplified script, and so does a script or region that writes it. Readers of
@@ -63,8 +63,8 @@ std::string firstSupportedLanguage(const std::vector<std::string>& tags) {
 }
 
 std::string languageForIndex(int index) {
-    if (index >= 1 && index <= static_cast<int>(languageCodes.size()))
-        return std::string(languageCodes[static_cast<std::size_t>(index - 1)]);
+    if (index >= 1 && index <= int(languageCodes.size()))
+        return std::string(languageCodes[std::size_t(index - 1)]);
     return firstSupportedLanguage(systemLanguages());
 }
 

@@ -1,4 +1,4 @@
-#include "Language.h"
+#include "localization/Language.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,7 +23,7 @@ bool replaceFile(const std::filesystem::path& target, const std::string& content
     const int descriptor = mkostemp(temporary.data(), O_CLOEXEC); // for the owner only
     if (descriptor < 0)
         return false;
-    const auto size = static_cast<ssize_t>(content.size());
+    const auto size = ssize_t(content.size());
     const bool isStored =
         write(descriptor, content.data(), content.size()) == size && fsync(descriptor) == 0;
     close(descriptor);
@@ -48,7 +48,7 @@ std::string contentOfSmallRegularFile(const std::filesystem::path& path) {
         status.st_size < static_cast<off_t>(refusedSize))
         count = read(descriptor, bytes.data(), bytes.size());
     close(descriptor);
-    return {bytes.data(), count > 0 ? static_cast<std::size_t>(count) : 0};
+    return {bytes.data(), count > 0 ? std::size_t(count) : 0};
 }
 
 } // namespace

@@ -1,6 +1,10 @@
-#include "NXLocal.h"
+#include "localization/NXLocal.h"
 
 #include <QUtf8StringView>
+
+using namespace Qt::StringLiterals;
+
+namespace localization {
 
 QString NXLocal(QStringView text) {
     return localText(text, nxui::currentLanguage(nxui::Product::ThreeD));
@@ -14,8 +18,10 @@ QString localText(QStringView text, const std::string& language,
                   std::span<const nxui::CatalogRow> rows) {
     // Half a surrogate pair has no UTF-8 form; turned into "?" it could only be shown wrongly.
     if (text.isEmpty() || !text.isValidUtf16())
-        return QStringLiteral("");
+        return u""_s;
     const std::string translated = nxui::translate(text.toUtf8().toStdString(), language, rows);
-    const QUtf8StringView view(translated.data(), static_cast<qsizetype>(translated.size()));
+    const QUtf8StringView view(translated.data(), qsizetype(translated.size()));
     return view.isValidUtf8() ? view.toString() : text.toString();
 }
+
+} // namespace localization

@@ -1,4 +1,4 @@
-#include "Translation.h"
+#include "localization/Translation.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,8 +11,7 @@ constexpr std::size_t english = 1;
 
 std::size_t columnOf(const std::string& language) {
     const auto code = std::find(languageCodes.begin(), languageCodes.end(), language);
-    return code != languageCodes.end() ? static_cast<std::size_t>(code - languageCodes.begin())
-                                       : english;
+    return code != languageCodes.end() ? std::size_t(code - languageCodes.begin()) : english;
 }
 
 bool isWritten(const char* cell) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Language.h"
+#include "localization/Language.h"
 
 #include <array>
 #include <span>

@@ -1,6 +1,6 @@
-#include "AtomicFile.h"
+#include "platform/AtomicFile.h"
 
-#include "UniqueFd.h"
+#include "platform/UniqueFd.h"
 
 #include <QRandomGenerator>
 
@@ -40,7 +40,7 @@ std::error_code writeAll(int file, const QByteArray& bytes) {
     const char* next = bytes.constData();
     const char* const end = next + bytes.size();
     while (next != end) {
-        const ssize_t written = ::write(file, next, static_cast<std::size_t>(end - next));
+        const ssize_t written = ::write(file, next, std::size_t(end - next));
         if (written < 0 && errno != EINTR)
             return systemError();
         if (written > 0)
@@ -61,7 +61,7 @@ std::error_code syncFile(int file) {
 std::error_code fill(UniqueFd& file, const QByteArray& bytes, Durability durability) {
     if (const std::error_code failure = writeAll(file.get(), bytes))
         return failure;
-    if (durability == Durability::durable) {
+    if (durability == Durability::Durable) {
         if (const std::error_code failure = syncFile(file.get()))
             return failure;
     }
@@ -74,7 +74,7 @@ std::error_code fill(UniqueFd& file, const QByteArray& bytes, Durability durabil
 std::error_code replaceFile(const std::filesystem::path& path, const QByteArray& bytes,
                             Durability durability, Readers readers) {
     std::filesystem::path fresh;
-    UniqueFd file = openBeside(path, readers == Readers::everyone ? 0644 : 0600, fresh);
+    UniqueFd file = openBeside(path, readers == Readers::Everyone ? 0644 : 0600, fresh);
     if (!file)
         return systemError();
 
@@ -85,7 +85,7 @@ std::error_code replaceFile(const std::filesystem::path& path, const QByteArray&
         ::unlink(fresh.c_str());
         return failure;
     }
-    if (durability == Durability::durable) {
+    if (durability == Durability::Durable) {
         const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
         const UniqueFd opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (opened)

@@ -8,16 +8,16 @@
 namespace platform {
 
 // Whether the new file must survive a power cut that follows at once. Durable costs a sync.
-enum class Durability { fast, durable };
+enum class Durability { Fast, Durable };
 
 // Who may read the file: others too (0644 without the bits of the umask), or its owner only (0600).
-enum class Readers { everyone, owner };
+enum class Readers { Everyone, Owner };
 
 // Puts a file with exactly these bytes at path, in one step: a reader sees the old file or the new
 // one, whole. Its folder must exist. A link at path is replaced itself; what it points to is left
 // alone. On failure the old file is whole and nothing else is left in the folder. A folder that
 // cannot be synced is no failure: after a power cut it then shows the old file. Any thread.
 std::error_code replaceFile(const std::filesystem::path& path, const QByteArray& bytes,
-                            Durability durability, Readers readers = Readers::everyone);
+                            Durability durability, Readers readers = Readers::Everyone);
 
 } // namespace platform

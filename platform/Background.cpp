@@ -1,6 +1,6 @@
-#include "Background.h"
+#include "platform/Background.h"
 
-#include "WorkerThread.h"
+#include "platform/WorkerThread.h"
 
 #include <QCoreApplication>
 

@@ -1,5 +1,5 @@
-#include "ChildLaunch.h"
-#include "Pipe.h"
+#include "platform/ChildLaunch.h"
+#include "platform/Pipe.h"
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -30,7 +30,7 @@ struct Plan {
 };
 
 void resetSignals() {
-    struct sigaction standard {};
+    struct sigaction standard{};
     standard.sa_handler = SIG_DFL;
     // The numbers that refuse (SIGKILL, SIGSTOP, the C library's own) have no handler of ours.
     for (int number = 1; number < NSIG; ++number)
@@ -94,7 +94,7 @@ int awayFromStandard(int descriptor, UniqueFd& holder) {
 // A program that was started with SIGCHLD ignored would never learn how a child ended: the kernel
 // throws the status away.
 void keepExitStatuses() {
-    struct sigaction action {};
+    struct sigaction action{};
     if (::sigaction(SIGCHLD, nullptr, &action) != 0)
         return;
     const bool handled = (action.sa_flags & SA_SIGINFO) != 0 ||
@@ -114,7 +114,7 @@ int reasonFrom(int failure) {
     do {
         got = ::read(failure, &reason, sizeof reason);
     } while (got < 0 && errno == EINTR);
-    return got == static_cast<ssize_t>(sizeof reason) ? reason : 0;
+    return got == ssize_t(sizeof reason) ? reason : 0;
 }
 
 std::error_code systemError() {

@@ -1,5 +1,5 @@
-#include "ChildLaunch.h"
-#include "UniqueFd.h"
+#include "platform/ChildLaunch.h"
+#include "platform/UniqueFd.h"
 
 #include <crt_externs.h>
 #include <fcntl.h>
@@ -74,7 +74,7 @@ int awayFromStandard(int descriptor, UniqueFd& holder) {
 
 // See the same function for Linux: an ignored SIGCHLD loses how a child ended.
 void keepExitStatuses() {
-    struct sigaction action {};
+    struct sigaction action{};
     if (::sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) {
         action.sa_handler = SIG_DFL;
         ::sigaction(SIGCHLD, &action, nullptr);

@@ -1,7 +1,7 @@
-#include "ChildProcess.h"
+#include "platform/ChildProcess.h"
 
-#include "ChildLaunch.h"
-#include "WorkerThread.h"
+#include "platform/ChildLaunch.h"
+#include "platform/WorkerThread.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -36,7 +36,7 @@ std::error_code ChildProcess::start(std::function<void(ChildExit)> onExit) {
     if (!canBePassed(command_))
         return std::make_error_code(std::errc::invalid_argument);
     const std::lock_guard lock(mutex_);
-    if (state_ != State::created)
+    if (state_ != State::Created)
         return std::make_error_code(std::errc::operation_not_permitted);
     if (!exited_.readEnd) {
         if (const std::error_code failure = openPipe(exited_))
@@ -58,18 +58,18 @@ std::error_code ChildProcess::start(std::function<void(ChildExit)> onExit) {
         return failure;
     }
     id_ = pid;
-    state_ = State::running;
+    state_ = State::Running;
     return {};
 }
 
 bool ChildProcess::isRunning() const {
     const std::lock_guard lock(mutex_);
-    return state_ == State::running;
+    return state_ == State::Running;
 }
 
 void ChildProcess::terminate() {
     const std::lock_guard lock(mutex_);
-    if (state_ != State::running)
+    if (state_ != State::Running)
         return;
     stopRequested_ = true;
     ::kill(id_, SIGTERM);
@@ -77,7 +77,7 @@ void ChildProcess::terminate() {
 
 void ChildProcess::kill() {
     const std::lock_guard lock(mutex_);
-    if (state_ != State::running)
+    if (state_ != State::Running)
         return;
     stopRequested_ = true;
     ::kill(-id_, SIGKILL);
@@ -85,7 +85,7 @@ void ChildProcess::kill() {
 
 ChildExit ChildProcess::waitForExit() const {
     std::unique_lock lock(mutex_);
-    ended_.wait(lock, [this] { return state_ != State::running; });
+    ended_.wait(lock, [this] { return state_ != State::Running; });
     return exit_;
 }
 
@@ -100,7 +100,7 @@ ChildExit ChildProcess::awaitEnd(pid_t pid) {
     {
         const std::lock_guard lock(mutex_);
         exit = exit_ = reap(waited == 0);
-        state_ = State::ended;
+        state_ = State::Ended;
     }
     ended_.notify_all();
     [[maybe_unused]] const ssize_t told = ::write(exited_.writeEnd.get(), "", 1);
@@ -121,8 +121,8 @@ ChildExit ChildProcess::reap(bool known) {
     if (reaped != id_)
         return {};
     if (WIFEXITED(status))
-        return {ChildExit::Kind::exited, WEXITSTATUS(status)};
-    return {ChildExit::Kind::signalled, WTERMSIG(status)};
+        return {ChildExit::Kind::Exited, WEXITSTATUS(status)};
+    return {ChildExit::Kind::Signalled, WTERMSIG(status)};
 }
 
 } // namespace platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Pipe.h"
+#include "platform/Pipe.h"
 
 #include <sys/types.h>
 
@@ -26,15 +26,15 @@ struct ChildCommand {
 
 struct ChildExit {
     enum class Kind {
-        unknown,  // somebody else took the status
-        exited,   // value is the exit status, 0 to 255
-        signalled // value is the number of the signal
+        Unknown,  // somebody else took the status
+        Exited,   // value is the exit status, 0 to 255
+        Signalled // value is the number of the signal
     };
 
-    Kind kind = Kind::unknown;
+    Kind kind = Kind::Unknown;
     int value = 0;
 
-    bool succeeded() const { return kind == Kind::exited && value == 0; }
+    bool succeeded() const { return kind == Kind::Exited && value == 0; }
     bool operator==(const ChildExit&) const = default;
 };
 
@@ -81,7 +81,7 @@ public:
     int exitDescriptor() const { return exited_.readEnd.get(); }
 
 private:
-    enum class State { created, running, ended };
+    enum class State { Created, Running, Ended };
 
     explicit ChildProcess(ChildCommand command);
     ChildExit awaitEnd(pid_t pid);
@@ -92,7 +92,7 @@ private:
 
     mutable std::mutex mutex_; // guards everything below
     mutable std::condition_variable ended_;
-    State state_ = State::created;
+    State state_ = State::Created;
     pid_t id_ = 0; // valid while running, and of nobody's use afterwards
     bool stopRequested_ = false;
     ChildExit exit_;

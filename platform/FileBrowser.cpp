@@ -1,4 +1,4 @@
-#include "FileBrowser.h"
+#include "platform/FileBrowser.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,12 +1,14 @@
-#include "HttpsAddress.h"
+#include "platform/HttpsAddress.h"
+
+using namespace Qt::StringLiterals;
 
 namespace platform {
 
 bool isHttpsAddress(const QUrl& address) {
     // QUrl has lower-cased the scheme. The authority keeps the "@" of an empty user name, which
     // userName() and password() do not show.
-    return address.isValid() && address.scheme() == QLatin1String("https") &&
-           !address.host().isEmpty() && !address.authority().contains(QLatin1Char('@'));
+    return address.isValid() && address.scheme() == "https"_L1 && !address.host().isEmpty() &&
+           !address.authority().contains(u'@');
 }
 
 std::optional<QUrl> httpsAddress(const QString& text) {

@@ -1,6 +1,6 @@
-#include "MainQueue.h"
+#include "platform/MainQueue.h"
 
-#include "Pipe.h"
+#include "platform/Pipe.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
@@ -33,7 +33,7 @@ public:
         const std::lock_guard lock(mutex_);
         if (const std::error_code failure = openPipe(wake_))
             qFatal("The main queue could not be made: %s", failure.message().c_str());
-        state_ = State::open;
+        state_ = State::Open;
         notifier_ = std::make_unique<QSocketNotifier>(wake_.readEnd.get(), QSocketNotifier::Read);
         QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                          [this] { runFirst(); });
@@ -45,7 +45,7 @@ public:
         std::deque<std::function<void()>> dropped;
         notifier_.reset();
         const std::lock_guard lock(mutex_);
-        state_ = State::closed;
+        state_ = State::Closed;
         wake_ = {};
         dropped.swap(waiting_);
         // dropped outlives the lock: what its closures own may post when it is destroyed.
@@ -53,15 +53,15 @@ public:
 
     void post(std::function<void()> work) {
         const std::lock_guard lock(mutex_);
-        if (state_ == State::closed)
+        if (state_ == State::Closed)
             return; // work is destroyed by the caller's frame, after the lock
         waiting_.push_back(std::move(work));
-        if (state_ == State::open && waiting_.size() == 1)
+        if (state_ == State::Open && waiting_.size() == 1)
             wake();
     }
 
 private:
-    enum class State { beforeApplication, open, closed };
+    enum class State { BeforeApplication, Open, Closed };
 
     MainQueue() = default;
 
@@ -97,7 +97,7 @@ private:
     std::mutex mutex_; // guards everything below
     std::deque<std::function<void()>> waiting_;
     Pipe wake_;
-    State state_ = State::beforeApplication;
+    State state_ = State::BeforeApplication;
 };
 
 void followApplication() {

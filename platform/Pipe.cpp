@@ -1,4 +1,4 @@
-#include "Pipe.h"
+#include "platform/Pipe.h"
 
 #include <fcntl.h>
 #include <unistd.h>

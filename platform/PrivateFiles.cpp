@@ -1,4 +1,4 @@
-#include "PrivateFiles.h"
+#include "platform/PrivateFiles.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -31,7 +31,7 @@ std::error_code createParents(const std::filesystem::path& path) {
 } // namespace
 
 std::error_code createPrivateFolder(const std::filesystem::path& path, Parents parents) {
-    if (parents == Parents::create) {
+    if (parents == Parents::Create) {
         if (const std::error_code failure = createParents(path))
             return failure;
     }

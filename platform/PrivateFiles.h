@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UniqueFd.h"
+#include "platform/UniqueFd.h"
 
 #include <filesystem>
 #include <system_error>
@@ -8,7 +8,7 @@
 namespace platform {
 
 // What to do about folders that are missing above the one to be made.
-enum class Parents { mustExist, create };
+enum class Parents { MustExist, Create };
 
 // Makes a folder that only its owner can enter (0700), private from its creation. It must not have
 // existed: what is found in its place, a link too, is a failure and left alone. Parents that are

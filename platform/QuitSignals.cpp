@@ -1,17 +1,17 @@
-#include "QuitSignals.h"
+#include "platform/QuitSignals.h"
 
-#include "Pipe.h"
+#include "platform/Pipe.h"
 
 #include <QCoreApplication>
 #include <QPointer>
 #include <QSocketNotifier>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <array>
 #include <cerrno>
 #include <csignal>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace {
 
@@ -37,7 +37,7 @@ void platform::takeQuitSignals(std::function<void()> onRequest) {
     ::fcntl(wakeUp, F_SETFL, O_NONBLOCK);
     ::fcntl(pipe.readEnd.get(), F_SETFL, O_NONBLOCK);
     notifier = new QSocketNotifier(pipe.readEnd.get(), QSocketNotifier::Read,
-                                         QCoreApplication::instance());
+                                   QCoreApplication::instance());
     QObject::connect(notifier, &QSocketNotifier::activated, notifier,
                      [onRequest = std::move(onRequest)] {
                          std::array<char, 64> bytes;
@@ -45,7 +45,7 @@ void platform::takeQuitSignals(std::function<void()> onRequest) {
                          }
                          onRequest();
                      });
-    struct sigaction action {};
+    struct sigaction action{};
     action.sa_handler = onSignal;
     action.sa_flags = SA_RESTART;
     for (const int number : {SIGTERM, SIGINT, SIGHUP})

@@ -1,6 +1,6 @@
-#include "StopChild.h"
+#include "platform/StopChild.h"
 
-#include "Background.h"
+#include "platform/Background.h"
 
 #include <utility>
 

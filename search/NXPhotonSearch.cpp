@@ -1,34 +1,38 @@
-#include "NXPhotonSearch.h"
+#include "search/NXPhotonSearch.h"
 
-#include "Background.h"
-#include "HttpsAddress.h"
-#include "MainQueue.h"
-#include "NXLocal.h"
-#include "Pipe.h"
-#include "StopChild.h"
+#include "localization/NXLocal.h"
+#include "platform/Background.h"
+#include "platform/HttpsAddress.h"
+#include "platform/MainQueue.h"
+#include "platform/Pipe.h"
+#include "platform/StopChild.h"
 
 #include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace search {
+
+using localization::NXLocal;
 
 namespace {
 
 QString sentence(TransferFailure failure) {
     switch (failure) {
-    case TransferFailure::unreadable:
-        return NXLocal(QStringLiteral("Die Antwort der Ortssuche konnte nicht gelesen werden."));
-    case TransferFailure::tooLarge:
+    case TransferFailure::Unreadable:
+        return NXLocal(u"Die Antwort der Ortssuche konnte nicht gelesen werden."_s);
+    case TransferFailure::TooLarge:
+        return NXLocal(u"Die Antwort der Ortssuche ist zu groß. Bitte präziser suchen."_s);
+    case TransferFailure::TimedOut:
         return NXLocal(
-            QStringLiteral("Die Antwort der Ortssuche ist zu groß. Bitte präziser suchen."));
-    case TransferFailure::timedOut:
-        return NXLocal(QStringLiteral(
-            "Zeitlimit der Ortssuche erreicht. Prüfe die Verbindung und versuche es erneut."));
-    case TransferFailure::notResponding:
-        return NXLocal(
-            QStringLiteral("Die Ortssuche antwortet gerade nicht. Bitte später erneut versuchen."));
-    case TransferFailure::unreachable:
+            u"Zeitlimit der Ortssuche erreicht. Prüfe die Verbindung und versuche es erneut."_s);
+    case TransferFailure::NotResponding:
+        return NXLocal(u"Die Ortssuche antwortet gerade nicht. Bitte später erneut versuchen."_s);
+    case TransferFailure::Unreachable:
         break;
     }
-    return NXLocal(QStringLiteral(
-        "Die Ortssuche ist nicht erreichbar. Prüfe die Verbindung und versuche es erneut."));
+    return NXLocal(
+        u"Die Ortssuche ist nicht erreichbar. Prüfe die Verbindung und versuche es erneut."_s);
 }
 
 } // namespace
@@ -47,12 +51,10 @@ void NXPhotonSearch::start(const QUrl& url, Completion completion) {
         completion_ = std::move(completion);
     }
     if (!platform::isHttpsAddress(url))
-        finish(std::nullopt,
-               NXLocal(QStringLiteral("Die Ortssuche braucht eine gültige HTTPS-Adresse.")));
+        finish(std::nullopt, NXLocal(u"Die Ortssuche braucht eine gültige HTTPS-Adresse."_s));
     else if (!launch(url))
         finish(std::nullopt,
-               NXLocal(QStringLiteral(
-                   "Der Systemtransport für die Ortssuche konnte nicht gestartet werden.")));
+               NXLocal(u"Der Systemtransport für die Ortssuche konnte nicht gestartet werden."_s));
 }
 
 // False if curl could not be started; then neither reader nor watchdog runs.
@@ -104,8 +106,8 @@ void NXPhotonSearch::read(platform::UniqueFd output,
 
 // The watchdog. Says something else than curl's own time limit does: only to try again.
 void NXPhotonSearch::giveUp(const std::shared_ptr<platform::ChildProcess>& child) {
-    if (finish(std::nullopt, NXLocal(QStringLiteral(
-                                 "Zeitlimit der Ortssuche erreicht. Bitte erneut versuchen."))))
+    if (finish(std::nullopt,
+               NXLocal(u"Zeitlimit der Ortssuche erreicht. Bitte erneut versuchen."_s)))
         platform::stopChild(child);
 }
 
@@ -156,3 +158,5 @@ bool NXPhotonSearch::cancelled() const {
     const std::lock_guard lock(mutex_);
     return cancelled_;
 }
+
+} // namespace search

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ChildProcess.h"
-#include "PhotonTransfer.h"
-#include "UniqueFd.h"
+#include "platform/ChildProcess.h"
+#include "platform/UniqueFd.h"
+#include "search/PhotonTransfer.h"
 
 #include <QByteArray>
 #include <QString>
@@ -14,6 +14,8 @@
 #include <mutex>
 #include <optional>
 #include <string>
+
+namespace search {
 
 // By what a request travels and how long it may take as a whole.
 struct PhotonTransport {
@@ -71,3 +73,5 @@ private:
     bool completed_ = false;
     bool cancelled_ = false;
 };
+
+} // namespace search

@@ -3,6 +3,8 @@
 #include <QJsonValue>
 #include <QString>
 
+namespace search {
+
 // The text without leading and trailing white space and line breaks.
 inline QString NXText(const QString& text) {
     return text.trimmed();
@@ -12,3 +14,5 @@ inline QString NXText(const QString& text) {
 inline QString NXText(const QJsonValue& value) {
     return value.toString().trimmed();
 }
+
+} // namespace search

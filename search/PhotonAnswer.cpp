@@ -1,7 +1,7 @@
-#include "PhotonAnswer.h"
+#include "search/PhotonAnswer.h"
 
-#include "NXLocal.h"
-#include "NXText.h"
+#include "localization/NXLocal.h"
+#include "search/NXText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -10,6 +10,11 @@
 #include <cmath>
 
 using namespace Qt::StringLiterals;
+
+namespace search {
+
+using localization::filled;
+using localization::NXLocal;
 
 namespace {
 
@@ -74,3 +79,5 @@ std::optional<QList<ResultRow>> readPhotonAnswer(const QByteArray& body, const Q
     }
     return rows;
 }
+
+} // namespace search

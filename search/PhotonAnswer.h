@@ -1,12 +1,14 @@
 #pragma once
 
-#include "ResultRow.h"
+#include "search/ResultRow.h"
 
 #include <QByteArray>
 #include <QList>
 #include <QString>
 
 #include <optional>
+
+namespace search {
 
 // The most rows that one search shows.
 inline constexpr qsizetype mostResults = 8;
@@ -16,3 +18,5 @@ inline constexpr qsizetype mostResults = 8;
 // are left out. Nothing is returned when the body is no JSON object with a `features` array.
 // `query` is the trimmed search text: the name of a place that has none. Pure; any thread.
 std::optional<QList<ResultRow>> readPhotonAnswer(const QByteArray& body, const QString& query);
+
+} // namespace search

@@ -1,4 +1,6 @@
-#include "PhotonQuery.h"
+#include "search/PhotonQuery.h"
+
+namespace search {
 
 QUrl photonQuery(const QUrl& geocoder, const QString& text) {
     // QUrlQuery would leave "+" as it is, which a server reads as a space.
@@ -8,3 +10,5 @@ QUrl photonQuery(const QUrl& geocoder, const QString& text) {
     url.setQuery(QString::fromLatin1(query), QUrl::StrictMode);
     return url;
 }
+
+} // namespace search

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QUrl>
 
+namespace search {
+
 // The longest query that is sent, in UTF-16 code units.
 inline constexpr qsizetype longestQuery = 300;
 
@@ -10,3 +12,5 @@ inline constexpr qsizetype longestQuery = 300;
 // is percent-encoded completely, so that the server reads it as it was typed ("+" included). The
 // answer's language is German whatever the interface speaks: the importer's files are German.
 QUrl photonQuery(const QUrl& geocoder, const QString& text);
+
+} // namespace search

@@ -1,4 +1,4 @@
-#include "PhotonTransfer.h"
+#include "search/PhotonTransfer.h"
 
 #include <poll.h>
 #include <unistd.h>
@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 
+namespace search {
 namespace {
 
 // The line that curl writes behind the body of the one status that counts.
@@ -62,7 +63,7 @@ TransferResult readTransfer(int output, int exitDescriptor) {
         if (::poll(sources.data(), sources.size(), ended ? 0 : -1) < 0) {
             if (errno == EINTR)
                 continue;
-            return TransferFailure::unreadable;
+            return TransferFailure::Unreadable;
         }
         // Nothing to read: either curl's end has woken us, and one more look shows what it wrote
         // last, or that look has just been taken.
@@ -78,30 +79,32 @@ TransferResult readTransfer(int output, int exitDescriptor) {
         if (got < 0) {
             if (errno == EINTR)
                 continue;
-            return TransferFailure::unreadable;
+            return TransferFailure::Unreadable;
         }
         if (held.size() + got > maximumBodySize + successTrailer.size())
-            return TransferFailure::tooLarge;
+            return TransferFailure::TooLarge;
         held.append(chunk.data(), got);
     }
 }
 
 TransferResult judgeTransfer(QByteArray output, const platform::ChildExit& exit) {
-    if (exit.kind != platform::ChildExit::Kind::exited)
-        return TransferFailure::unreachable;
+    if (exit.kind != platform::ChildExit::Kind::Exited)
+        return TransferFailure::Unreachable;
     switch (exit.value) {
     case 0:
         if (!output.endsWith(successTrailer))
-            return TransferFailure::notResponding;
+            return TransferFailure::NotResponding;
         output.chop(successTrailer.size());
         return output;
     case 22:
-        return TransferFailure::notResponding;
+        return TransferFailure::NotResponding;
     case 28:
-        return TransferFailure::timedOut;
+        return TransferFailure::TimedOut;
     case 63:
-        return TransferFailure::tooLarge;
+        return TransferFailure::TooLarge;
     default:
-        return TransferFailure::unreachable;
+        return TransferFailure::Unreachable;
     }
 }
+
+} // namespace search

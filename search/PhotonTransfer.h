@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ChildProcess.h"
+#include "platform/ChildProcess.h"
 
 #include <QByteArray>
 #include <QUrl>
@@ -9,13 +9,15 @@
 #include <variant>
 #include <vector>
 
+namespace search {
+
 // Why a request brought no body.
 enum class TransferFailure {
-    unreadable,    // curl's output could not be read
-    tooLarge,      // more than maximumBodySize
-    timedOut,      // curl gave up waiting
-    notResponding, // the server answered, but not with status 200
-    unreachable    // no connection, or anything else that made curl fail
+    Unreadable,    // curl's output could not be read
+    TooLarge,      // more than maximumBodySize
+    TimedOut,      // curl gave up waiting
+    NotResponding, // the server answered, but not with status 200
+    Unreachable    // no connection, or anything else that made curl fail
 };
 
 using TransferResult = std::variant<QByteArray, TransferFailure>;
@@ -34,3 +36,5 @@ TransferResult readTransfer(int output, int exitDescriptor);
 // What an output that was read to its end means, given how curl ended: the body without the status
 // line, or the failure.
 TransferResult judgeTransfer(QByteArray output, const platform::ChildExit& exit);
+
+} // namespace search

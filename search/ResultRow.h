@@ -3,6 +3,8 @@
 #include <QJsonObject>
 #include <QString>
 
+namespace search {
+
 // One place that the geocoder offers, as the list shows it and as an import hands it on.
 struct ResultRow {
     QString name;        // what the place is called; the query itself where it has no name
@@ -11,3 +13,5 @@ struct ResultRow {
 
     bool operator==(const ResultRow&) const = default;
 };
+
+} // namespace search

@@ -169,7 +169,7 @@ def check_figures(catalog, arguments):
 def source(catalog):
     lines = [
         "// Made from the PO files by make_catalog.py: change those instead.",
-        '#include "Translation.h"',
+        '#include "localization/Translation.h"',
         "",
         "namespace nxui {",
         "namespace {",

@@ -1,8 +1,9 @@
-#include "ControlStates.h"
+#include "app/ControlStates.h"
 
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 namespace {
 
@@ -10,7 +11,7 @@ constexpr ControlInput placeWithSelection{.results = 8, .selectedResult = 0};
 constexpr ControlInput routeWithSelection{
     .isRouteMode = true, .results = 8, .selectedResult = 7, .stations = 3, .selectedStation = 1};
 
-ControlInput with(ControlInput input, auto ControlInput::*field, auto value) {
+ControlInput with(ControlInput input, auto ControlInput::* field, auto value) {
     input.*field = value;
     return input;
 }

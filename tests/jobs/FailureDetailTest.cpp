@@ -1,13 +1,13 @@
-#include "FailureDetail.h"
+#include "jobs/FailureDetail.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
 #include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
+using namespace jobs;
 
 namespace {
 

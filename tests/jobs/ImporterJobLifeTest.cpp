@@ -1,12 +1,11 @@
 // The life of a job, two thousand times over, stopped at some time between before its tool has come
 // to itself and after it has ended: one report each, and nothing is left.
 
-#include "ImporterJob.h"
-
 #include "ChildTest.h"
 #include "JobFolders.h"
-#include "PrivateFiles.h"
 #include "WaitUntil.h"
+#include "jobs/ImporterJob.h"
+#include "platform/PrivateFiles.h"
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -16,6 +15,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using namespace jobs;
 
 namespace {
 
@@ -30,7 +30,7 @@ protected:
 
     JobPlan plan(std::vector<QString> arguments) {
         EXPECT_FALSE(
-            platform::createPrivateFolder(temporary_.toStdString(), platform::Parents::mustExist));
+            platform::createPrivateFolder(temporary_.toStdString(), platform::Parents::MustExist));
         auto log = platform::createPrivateLog((temporary_ + u"/route.log"_s).toStdString());
         EXPECT_FALSE(log.failure);
         return {.tool = QStringLiteral(CHILD_HELPER),

@@ -1,7 +1,7 @@
-#include "ImporterJob.h"
+#include "jobs/ImporterJob.h"
 
-#include "ChildProcess.h"
-#include "PrivateFiles.h"
+#include "platform/ChildProcess.h"
+#include "platform/PrivateFiles.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -11,10 +11,10 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
+using namespace jobs;
 
 namespace {
 
@@ -39,7 +39,7 @@ protected:
         write(tool, "#!/bin/sh\n" + script);
         QFile::setPermissions(tool, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         EXPECT_FALSE(
-            platform::createPrivateFolder(temporary_.toStdString(), platform::Parents::mustExist));
+            platform::createPrivateFolder(temporary_.toStdString(), platform::Parents::MustExist));
         auto log = platform::createPrivateLog((temporary_ + u"/import.log"_s).toStdString());
         EXPECT_FALSE(log.failure);
         return {

@@ -1,14 +1,16 @@
 #pragma once
 
-#include "JobPlan.h"
+#include "jobs/JobPlan.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+using namespace jobs;
 
 inline QByteArray contents(const QString& path) {
     QFile file(path);
@@ -16,7 +18,7 @@ inline QByteArray contents(const QString& path) {
 }
 
 inline mode_t modeOf(const QString& path) {
-    struct stat status {};
+    struct stat status{};
     return stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 0777 : 0;
 }
 
@@ -31,7 +33,7 @@ class JobFolders : public testing::Test {
 protected:
     JobFolders() {
         EXPECT_TRUE(root_.isValid());
-        qputenv("HOME", QFile::encodeName(root_.filePath(QStringLiteral("home"))));
+        qputenv("HOME", QFile::encodeName(root_.filePath(u"home"_s)));
         qputenv("TMPDIR", QFile::encodeName(temporary_));
         qunsetenv("XDG_DATA_HOME");
         QDir().mkpath(temporary_);
@@ -52,10 +54,9 @@ protected:
         return folder;
     }
 
-    QTemporaryDir root_{systemFolder() + QStringLiteral("/jobs-XXXXXX")};
-    const QString temporary_ = root_.filePath(QStringLiteral("tmp"));
-    const QString tools_ = root_.filePath(QStringLiteral("tools with space"));
-    const QString tool_ = tools_ + QStringLiteral("/Norvaxel-Ortsimport");
-    const QString support_ =
-        root_.filePath(QStringLiteral("home/.local/share/Norvaxel/Norvaxel 3D"));
+    QTemporaryDir root_{systemFolder() + u"/jobs-XXXXXX"_s};
+    const QString temporary_ = root_.filePath(u"tmp"_s);
+    const QString tools_ = root_.filePath(u"tools with space"_s);
+    const QString tool_ = tools_ + u"/Norvaxel-Ortsimport"_s;
+    const QString support_ = root_.filePath(u"home/.local/share/Norvaxel/Norvaxel 3D"_s);
 };

@@ -1,4 +1,4 @@
-#include "PlaceImport.h"
+#include "jobs/PlaceImport.h"
 
 #include "JobFolders.h"
 
@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
+using namespace jobs;
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "RouteImport.h"
+#include "jobs/RouteImport.h"
 
 #include "JobFolders.h"
 
@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
+using namespace jobs;
 
 namespace {
 

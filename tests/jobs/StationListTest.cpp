@@ -1,4 +1,4 @@
-#include "StationList.h"
+#include "jobs/StationList.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+using namespace jobs;
 
 namespace {
 

@@ -1,10 +1,11 @@
-#include "WorkNames.h"
+#include "jobs/WorkNames.h"
 
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+using namespace jobs;
 
 namespace {
 

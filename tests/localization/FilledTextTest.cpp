@@ -1,13 +1,14 @@
-#include "FilledText.h"
-
-#include <gtest/gtest.h>
+#include "localization/FilledText.h"
 
 #include <QLocale>
+
+#include <gtest/gtest.h>
 
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <limits>
+using namespace localization;
 
 namespace {
 

@@ -1,9 +1,8 @@
-#include "Language.h"
 #include "Probe.h"
 #include "TestHome.h"
+#include "localization/Language.h"
 
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
 #include <unistd.h>
 

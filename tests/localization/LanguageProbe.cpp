@@ -10,9 +10,9 @@
 //   catalog                   every cell of the catalogue, row by row, each ended by a NUL
 //   local TEXT...             NXLocal of each text, a line each
 
-#include "Language.h"
-#include "NXLocal.h"
-#include "Translation.h"
+#include "localization/Language.h"
+#include "localization/NXLocal.h"
+#include "localization/Translation.h"
 
 #include <sys/resource.h>
 
@@ -23,6 +23,7 @@
 #include <string>
 #include <thread>
 #include <vector>
+using namespace localization;
 
 using nxui::Product;
 
@@ -52,10 +53,9 @@ void printSavingWithin(decltype(RLIMIT_FSIZE) resource, rlim_t limit, const std:
 }
 
 void printCatalog() {
-    for (const nxui::CatalogRow& row : nxui::catalog) {
+    for (const nxui::CatalogRow& row : nxui::catalog)
         for (const char* cell : row)
             std::cout << (cell ? cell : "") << '\0';
-    }
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "Language.h"
+#include "localization/Language.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@ namespace {
 using nxui::Product;
 
 TEST(Language, products_have_the_numbers_that_the_plugin_uses) {
-    EXPECT_EQ(static_cast<int>(Product::TwoD), 0);
-    EXPECT_EQ(static_cast<int>(Product::ThreeD), 1);
+    EXPECT_EQ(int(Product::TwoD), 0);
+    EXPECT_EQ(int(Product::ThreeD), 1);
 }
 
 TEST(Language, tags_become_codes) {
@@ -102,8 +102,7 @@ TEST(Language, first_supported_tag_is_the_system_language) {
 
 TEST(Language, index_counts_the_codes_from_one) {
     for (int index = 1; index <= 14; ++index)
-        EXPECT_EQ(nxui::languageForIndex(index),
-                  nxui::languageCodes[static_cast<std::size_t>(index - 1)]);
+        EXPECT_EQ(nxui::languageForIndex(index), nxui::languageCodes[std::size_t(index - 1)]);
     EXPECT_EQ(nxui::languageForIndex(1), "de");
     EXPECT_EQ(nxui::languageForIndex(10), "zh-Hans");
     EXPECT_EQ(nxui::languageForIndex(14), "hi");

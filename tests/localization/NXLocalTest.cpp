@@ -1,8 +1,12 @@
-#include "NXLocal.h"
+#include "localization/NXLocal.h"
+
 #include "Probe.h"
 #include "TestHome.h"
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using namespace localization;
 
 namespace {
 
@@ -30,21 +34,20 @@ TEST(NXLocal, null_and_empty_texts_are_empty) {
 TEST(NXLocal, half_a_surrogate_pair_counts_as_empty) {
     const char16_t text[] = {u'a', char16_t(0xD800), u'b'};
     EXPECT_EQ(NXLocal(QStringView(text, 3)), QString());
-    EXPECT_EQ(NXLocal(u"😀"), QStringLiteral("😀"));
+    EXPECT_EQ(NXLocal(u"😀"), u"😀"_s);
 }
 
 TEST(NXLocal, cell_that_is_not_utf8_shows_the_german_text) {
     CatalogRow row{};
     row[0] = "Grüße";
     row[1] = "gr\xFC\xDF";
-    EXPECT_EQ(localText(u"Grüße", "en", {&row, 1}), QStringLiteral("Grüße"));
+    EXPECT_EQ(localText(u"Grüße", "en", {&row, 1}), u"Grüße"_s);
     row[1] = "greetings 😀";
-    EXPECT_EQ(localText(u"Grüße", "en", {&row, 1}), QStringLiteral("greetings 😀"));
+    EXPECT_EQ(localText(u"Grüße", "en", {&row, 1}), u"greetings 😀"_s);
 }
 
 TEST(NXLocal, number_is_filled_in_after_the_translation) {
-    EXPECT_EQ(filled(localText(u"Stationen · %lu / 32", "en"), {7}),
-              QStringLiteral("Stops · 7 / 32"));
+    EXPECT_EQ(filled(localText(u"Stationen · %lu / 32", "en"), {7}), u"Stops · 7 / 32"_s);
     // The language of this process is not known here, the number is.
     EXPECT_TRUE(localFilled(u"Stationen · %lu / 32", {7}).endsWith(QStringView(u"· 7 / 32")));
 }

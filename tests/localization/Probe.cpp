@@ -45,7 +45,7 @@ ProbeResult runProbe(std::vector<std::string> arguments, std::vector<std::string
     std::array<char, 4096> piece;
     ssize_t count = 0;
     while ((count = read(ends[0], piece.data(), piece.size())) > 0)
-        result.output.append(piece.data(), static_cast<std::size_t>(count));
+        result.output.append(piece.data(), std::size_t(count));
     close(ends[0]);
     require(error, LANGUAGE_PROBE);
     int status = 0;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Language.h"
 #include "TemporaryFolder.h"
+#include "localization/Language.h"
 
 #include <filesystem>
 #include <string>

@@ -1,4 +1,4 @@
-#include "Translation.h"
+#include "localization/Translation.h"
 
 #include <gtest/gtest.h>
 

@@ -14,7 +14,7 @@ import sys
 
 import polib
 
-FOLDERS = ["localization", "platform", "search", "jobs", "app"]
+FOLDERS = ["localization", "platform", "search", "jobs", "look", "app"]
 
 LITERAL = r'(?:u8|[uUL])?"(?:[^"\\\n]|\\.)*"(?:_qs|_s)?'
 # The compiler joins neighbouring literals, and so does this.

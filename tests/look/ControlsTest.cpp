@@ -1,14 +1,14 @@
 // The controls that the style draws: sizes, and the colour of every state.
 
-#include "Button.h"
-#include "Colours.h"
-#include "Field.h"
-#include "Fonts.h"
-#include "LiteralText.h"
 #include "LookTest.h"
-#include "PopUp.h"
-#include "Spinner.h"
-#include "ToolTip.h"
+#include "look/controls/Button.h"
+#include "look/controls/Field.h"
+#include "look/controls/PopUp.h"
+#include "look/controls/Spinner.h"
+#include "look/style/Colours.h"
+#include "look/style/ToolTip.h"
+#include "look/text/Fonts.h"
+#include "look/text/LiteralText.h"
 
 #include <QAbstractItemView>
 #include <QAccessible>
@@ -17,6 +17,8 @@
 #include <QMenu>
 #include <QPainter>
 #include <QWheelEvent>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -78,7 +80,7 @@ TEST_F(ControlsTest, buttons_have_the_colours_of_their_states) {
          {push, pushTop}},
     };
     for (const auto& row : rows) {
-        auto* button = new Button(row.kind, QStringLiteral("Route berechnen"), &window);
+        auto* button = new Button(row.kind, u"Route berechnen"_s, &window);
         button->resize(button->sizeHint());
         button->move(20, 20);
         show();
@@ -108,17 +110,17 @@ TEST_F(ControlsTest, buttons_have_their_sizes) {
         return int(std::ceil(QFontMetricsF(font).horizontalAdvance(QLatin1String(text))));
     };
     const QFont medium = look::font(13, QFont::Medium);
-    EXPECT_EQ(Button(ButtonKind::Push, QStringLiteral("Sprache")).sizeHint(),
+    EXPECT_EQ(Button(ButtonKind::Push, u"Sprache"_s).sizeHint(),
               QSize(width(medium, "Sprache") + 30, 32));
-    EXPECT_EQ(Button(ButtonKind::Prominent, QStringLiteral("Ort")).sizeHint(), QSize(148, 32));
-    EXPECT_EQ(Button(ButtonKind::Prominent, QStringLiteral("Unterwegs zur Route")).sizeHint(),
+    EXPECT_EQ(Button(ButtonKind::Prominent, u"Ort"_s).sizeHint(), QSize(148, 32));
+    EXPECT_EQ(Button(ButtonKind::Prominent, u"Unterwegs zur Route"_s).sizeHint(),
               QSize(width(medium, "Unterwegs zur Route") + 38, 32));
-    EXPECT_EQ(Button(ButtonKind::Small, QStringLiteral("Station")).sizeHint(),
+    EXPECT_EQ(Button(ButtonKind::Small, u"Station"_s).sizeHint(),
               QSize(width(look::font(11, QFont::Medium), "Station") + 22, 24));
 }
 
 TEST_F(ControlsTest, button_title_is_literal_on_screen_and_spoken) {
-    const QString title = QStringLiteral("Suchen & <b>Finden</b>");
+    const QString title = u"Suchen & <b>Finden</b>"_s;
     auto* button = new Button(ButtonKind::Push, title, &window);
     show();
     const int width = QFontMetrics(button->font()).horizontalAdvance(title);
@@ -131,7 +133,7 @@ TEST_F(ControlsTest, button_title_is_literal_on_screen_and_spoken) {
 }
 
 TEST_F(ControlsTest, shortcut_presses_a_button_at_once_while_it_is_enabled) {
-    auto* button = new Button(ButtonKind::Push, QStringLiteral("Abbrechen"), &window);
+    auto* button = new Button(ButtonKind::Push, u"Abbrechen"_s, &window);
     button->setShortcut(Qt::Key_Escape);
     show();
     int presses = 0;
@@ -147,13 +149,13 @@ TEST_F(ControlsTest, shortcut_presses_a_button_at_once_while_it_is_enabled) {
 }
 
 TEST_F(ControlsTest, title_that_outgrows_a_fixed_width_is_elided_and_is_the_tooltip) {
-    auto* button = new Button(ButtonKind::Push, QStringLiteral("Suchen"), &window);
+    auto* button = new Button(ButtonKind::Push, u"Suchen"_s, &window);
     button->setGlyph(look::ButtonGlyph::Magnifier);
     button->setFixedWidth(108);
     show();
     EXPECT_FALSE(button->isElided());
     EXPECT_FALSE(showsToolTip(*button));
-    button->setTitle(QStringLiteral("Durchsuchen der ganzen Welt"));
+    button->setTitle(u"Durchsuchen der ganzen Welt"_s);
     EXPECT_EQ(button->width(), 108);
     EXPECT_TRUE(button->isElided());
     ASSERT_TRUE(showsToolTip(*button));
@@ -162,18 +164,16 @@ TEST_F(ControlsTest, title_that_outgrows_a_fixed_width_is_elided_and_is_the_tool
 }
 
 TEST_F(ControlsTest, magnifier_stands_before_the_title_in_its_colour) {
-    auto* button = new Button(ButtonKind::Push, QStringLiteral("████"), &window);
+    auto* button = new Button(ButtonKind::Push, u"████"_s, &window);
     button->setGlyph(look::ButtonGlyph::Magnifier);
     button->resize(button->sizeHint());
     show();
     leave();
     const auto strokeLeft = [&](QRgb colour) {
         const QImage image = picture(*button);
-        for (int x = 0; x < image.width(); ++x) {
-            if (image.pixel(x, 15) == colour) {
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, 15) == colour)
                 return x;
-            }
-        }
         return -1;
     };
     EXPECT_NEAR(strokeLeft(look::colours::label), 15 + 2, 1);
@@ -187,7 +187,7 @@ TEST_F(ControlsTest, magnifier_stands_before_the_title_in_its_colour) {
 TEST_F(ControlsTest, pop_ups_have_the_colours_of_their_states) {
     using namespace look::colours;
     auto* popUp = new look::PopUp(102, &window);
-    popUp->addItems({QStringLiteral("400 m"), QStringLiteral("800 m")});
+    popUp->addItems({u"400 m"_s, u"800 m"_s});
     popUp->move(200, 200);
     show();
     leave();
@@ -205,7 +205,7 @@ TEST_F(ControlsTest, pop_ups_have_the_colours_of_their_states) {
 
 TEST_F(ControlsTest, menu_of_a_pop_up_lies_over_it_in_rows_of_24) {
     auto* popUp = new look::PopUp(218, &window);
-    popUp->addItems({QStringLiteral("A & B"), QStringLiteral("<b>C</b>"), QStringLiteral("D")});
+    popUp->addItems({u"A & B"_s, u"<b>C</b>"_s, u"D"_s});
     popUp->setCurrentIndex(1);
     popUp->move(200, 200);
     show();
@@ -230,7 +230,7 @@ TEST_F(ControlsTest, menu_of_a_pop_up_lies_over_it_in_rows_of_24) {
 
 TEST_F(ControlsTest, menu_grows_with_its_longest_entry) {
     auto* popUp = new look::PopUp(102, &window);
-    popUp->addItem(QStringLiteral("ein ziemlich langer Eintrag"));
+    popUp->addItem(u"ein ziemlich langer Eintrag"_s);
     show();
     popUp->showPopup();
     const int text = QFontMetrics(popUp->font()).horizontalAdvance(popUp->itemText(0));
@@ -240,7 +240,7 @@ TEST_F(ControlsTest, menu_grows_with_its_longest_entry) {
 
 TEST_F(ControlsTest, pop_up_elides_its_entry_and_ignores_the_wheel) {
     auto* popUp = new look::PopUp(102, &window);
-    popUp->addItems({QStringLiteral("ein ziemlich langer Eintrag"), QStringLiteral("kurz")});
+    popUp->addItems({u"ein ziemlich langer Eintrag"_s, u"kurz"_s});
     show();
     EXPECT_TRUE(popUp->isElided());
     ASSERT_TRUE(showsToolTip(*popUp));
@@ -266,7 +266,7 @@ TEST_F(ControlsTest, fields_have_the_colours_of_their_states) {
     show();
     for (const auto& kind : kinds) {
         look::Field field(kind.kind, &window);
-        field.setText(QStringLiteral("████████"));
+        field.setText(u"████████"_s);
         field.resize(200, 30);
         field.show();
         EXPECT_EQ(field.height(), kind.height);
@@ -296,16 +296,14 @@ TEST_F(ControlsTest, field_shows_a_blue_cursor_where_the_text_goes_on) {
     field->setFocus();
     const auto cursorAt = [&] {
         const QImage image = picture(*field);
-        for (int x = 0; x < image.width(); ++x) {
-            if (image.pixel(x, 17) == look::colours::textCursor) {
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, 17) == look::colours::textCursor)
                 return x;
-            }
-        }
         return -1;
     };
     EXPECT_EQ(cursorAt(), 11);
-    QTest::keyClicks(field, QStringLiteral("Berlin"));
-    const int after = 11 + QFontMetrics(field->font()).horizontalAdvance(QStringLiteral("Berlin"));
+    QTest::keyClicks(field, u"Berlin"_s);
+    const int after = 11 + QFontMetrics(field->font()).horizontalAdvance(u"Berlin"_s);
     EXPECT_NEAR(cursorAt(), after, 1);
     QTest::keyClick(field, Qt::Key_Home);
     EXPECT_EQ(cursorAt(), 11);
@@ -329,7 +327,7 @@ TEST_F(ControlsTest, field_text_lies_at_the_leading_edge_in_its_own_order) {
 
 TEST_F(ControlsTest, placeholder_has_its_colours) {
     auto* field = new look::Field(look::FieldKind::Search, &window);
-    field->setPlaceholderText(QStringLiteral("████████"));
+    field->setPlaceholderText(u"████████"_s);
     field->resize(200, 34);
     show();
     EXPECT_EQ(colourAt(*field, QPoint(40, 17)), look::colours::tertiaryOnWell);
@@ -339,7 +337,7 @@ TEST_F(ControlsTest, placeholder_has_its_colours) {
 
 TEST_F(ControlsTest, check_box_has_the_colours_of_its_states) {
     using namespace look::colours;
-    auto* box = new QCheckBox(QStringLiteral("████████"), &window);
+    auto* box = new QCheckBox(u"████████"_s, &window);
     box->setFont(look::font(12));
     box->setChecked(true);
     box->resize(box->sizeHint().width(), 16);
@@ -357,7 +355,7 @@ TEST_F(ControlsTest, check_box_has_the_colours_of_its_states) {
 }
 
 TEST_F(ControlsTest, menu_shows_a_doubled_ampersand_once) {
-    const QString shown = QStringLiteral("Orte &&&& Routen");
+    const QString shown = u"Orte &&&& Routen"_s;
     QMenu menu;
     menu.addAction(look::literal(shown));
     show();

@@ -1,16 +1,18 @@
-#include "FocusRing.h"
+#include "look/style/FocusRing.h"
 
-#include "Button.h"
-#include "Colours.h"
-#include "Field.h"
 #include "LookTest.h"
-#include "PlaceList.h"
-#include "PopUp.h"
-#include "Segments.h"
+#include "look/controls/Button.h"
+#include "look/controls/Field.h"
+#include "look/controls/PlaceList.h"
+#include "look/controls/PopUp.h"
+#include "look/controls/Segments.h"
+#include "look/style/Colours.h"
 
 #include <QStandardItemModel>
 
 #include <memory>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,20 +20,19 @@ class FocusRingTest : public LookTest {
 protected:
     FocusRingTest()
         : field(new look::Field(look::FieldKind::Search, &window)),
-          button(new look::Button(look::ButtonKind::Push, QStringLiteral("Suchen"), &window)),
+          button(new look::Button(look::ButtonKind::Push, u"Suchen"_s, &window)),
           popUp(new look::PopUp(102, &window)),
-          segments(new look::Segments(look::SegmentsKind::Travel,
-                                      {QStringLiteral("Auto"), QStringLiteral("Zug")}, &window)),
+          segments(new look::Segments(look::SegmentsKind::Travel, {u"Auto"_s, u"Zug"_s}, &window)),
           list(new look::PlaceList(&window)) {
         field->setGeometry(20, 20, 200, 34);
         button->setGeometry(20, 80, 100, 32);
         popUp->move(20, 140);
-        popUp->addItems({QStringLiteral("400 m"), QStringLiteral("800 m")});
+        popUp->addItems({u"400 m"_s, u"800 m"_s});
         segments->adjustSize();
         segments->move(20, 200);
         segments->setSelectedSegment(0);
         list->setGeometry(20, 260, 300, 200);
-        model.appendRow(new QStandardItem(QStringLiteral("Berlin")));
+        model.appendRow(new QStandardItem(u"Berlin"_s));
         list->setModel(&model);
     }
 

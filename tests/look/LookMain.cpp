@@ -1,13 +1,15 @@
 // The main of the look's tests and what they share.
 
 #include "LookTest.h"
-#include "Style.h"
-#include "ToolTip.h"
+#include "look/style/Style.h"
+#include "look/style/ToolTip.h"
 
 #include <QFont>
 #include <QTemporaryDir>
 
 #include <ctime>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -15,9 +17,8 @@ QStringList messages;
 
 void keepMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
     // The platform without a screen lacks some functions and says so whenever Qt calls them.
-    if (!text.startsWith(QLatin1String("This plugin does not support"))) {
+    if (!text.startsWith("This plugin does not support"_L1))
         messages += qFormatLogMessage(type, context, text);
-    }
 }
 
 } // namespace
@@ -57,11 +58,9 @@ QRect LookTest::ink(const QImage& picture, QRect within) {
     const QRgb ground = picture.pixel(within.topLeft());
     QRect found;
     for (int y = within.top(); y <= within.bottom(); ++y) {
-        for (int x = within.left(); x <= within.right(); ++x) {
-            if (picture.pixel(x, y) != ground) {
+        for (int x = within.left(); x <= within.right(); ++x)
+            if (picture.pixel(x, y) != ground)
                 found |= QRect(x, y, 1, 1);
-            }
-        }
     }
     return found;
 }
@@ -75,7 +74,7 @@ int main(int count, char** values) {
     qunsetenv("QT_SCALE_FACTOR");
     qInstallMessageHandler(keepMessage);
     QApplication application(count, values);
-    QApplication::setFont(QFont(QStringLiteral("Inter")));
+    QApplication::setFont(QFont(u"Inter"_s));
     look::applyLook(application);
     return RUN_ALL_TESTS();
 }

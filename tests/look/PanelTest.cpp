@@ -1,14 +1,16 @@
-#include "Panel.h"
+#include "look/controls/Panel.h"
 
-#include "Button.h"
-#include "Colours.h"
-#include "Glyphs.h"
-#include "Label.h"
 #include "LookTest.h"
-#include "PopUp.h"
+#include "look/controls/Button.h"
+#include "look/controls/Glyphs.h"
+#include "look/controls/PopUp.h"
+#include "look/style/Colours.h"
+#include "look/text/Label.h"
 
 #include <QAccessible>
 #include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,8 +20,8 @@ using look::PanelKind;
 class PanelTest : public LookTest {
 protected:
     PanelTest()
-        : panel(PanelKind::Dialog, QStringLiteral("Sprache wählen"),
-                QStringLiteral("Die Sprache wird nur auf diesem Gerät gespeichert."), &window),
+        : panel(PanelKind::Dialog, u"Sprache wählen"_s,
+                u"Die Sprache wird nur auf diesem Gerät gespeichert."_s, &window),
           ends(&panel, &QDialog::finished) {}
 
     void open(Panel& opened) {
@@ -36,9 +38,9 @@ protected:
 
 TEST_F(PanelTest, dialog_has_the_places_of_the_design) {
     auto* language = new look::PopUp(300);
-    language->addItem(QStringLiteral("Deutsch"));
+    language->addItem(u"Deutsch"_s);
     panel.setAccessory(language);
-    panel.setButtons(QStringLiteral("Übernehmen"), QStringLiteral("Abbrechen"));
+    panel.setButtons(u"Übernehmen"_s, u"Abbrechen"_s);
     open();
     EXPECT_EQ(panel.size(), QSize(348, 233));
     EXPECT_EQ(panel.findChild<look::BuildingGlyph*>()->geometry(), QRect(152, 23, 44, 44));
@@ -53,14 +55,14 @@ TEST_F(PanelTest, dialog_has_the_places_of_the_design) {
 
 TEST_F(PanelTest, right_to_left_mirrors_the_buttons) {
     panel.setLayoutDirection(Qt::RightToLeft);
-    panel.setButtons(QStringLiteral("Übernehmen"), QStringLiteral("Abbrechen"));
+    panel.setButtons(u"Übernehmen"_s, u"Abbrechen"_s);
     open();
     EXPECT_EQ(panel.prominentButton()->x(), 24);
     EXPECT_EQ(panel.otherButton()->x(), 179);
 }
 
 TEST_F(PanelTest, return_presses_the_prominent_button_and_escape_the_other) {
-    panel.setButtons(QStringLiteral("Übernehmen"), QStringLiteral("Abbrechen"));
+    panel.setButtons(u"Übernehmen"_s, u"Abbrechen"_s);
     open();
     QTest::keyClick(&panel, Qt::Key_Return);
     open();
@@ -72,9 +74,9 @@ TEST_F(PanelTest, return_presses_the_prominent_button_and_escape_the_other) {
 
 TEST_F(PanelTest, return_in_the_accessory_presses_the_prominent_button) {
     auto* language = new look::PopUp(300);
-    language->addItem(QStringLiteral("Deutsch"));
+    language->addItem(u"Deutsch"_s);
     panel.setAccessory(language);
-    panel.setButtons(QStringLiteral("Übernehmen"), QStringLiteral("Abbrechen"));
+    panel.setButtons(u"Übernehmen"_s, u"Abbrechen"_s);
     open();
     language->setFocus();
     QTest::keyClick(language, Qt::Key_Return);
@@ -83,7 +85,7 @@ TEST_F(PanelTest, return_in_the_accessory_presses_the_prominent_button) {
 }
 
 TEST_F(PanelTest, escape_and_return_press_the_only_button) {
-    panel.setButtons(QStringLiteral("OK"));
+    panel.setButtons(u"OK"_s);
     EXPECT_FALSE(panel.otherButton());
     for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
         open();
@@ -96,44 +98,42 @@ TEST_F(PanelTest, escape_and_return_press_the_only_button) {
 }
 
 TEST_F(PanelTest, texts_are_literal_and_long_ones_make_it_taller) {
-    const QString foreign = QStringLiteral("<b>FEHLER</b> &amp; <img src=\"/etc/passwd\"> ");
+    const QString foreign = u"<b>FEHLER</b> &amp; <img src=\"/etc/passwd\"> "_s;
     Panel alert(PanelKind::Alert, foreign, foreign.repeated(30).left(650), &window);
-    alert.setButtons(QStringLiteral("OK"));
+    alert.setButtons(u"OK"_s);
     open(alert);
     EXPECT_EQ(alert.width(), 348);
     EXPECT_GT(alert.height(), 300);
     EXPECT_LT(alert.height(), 600);
     EXPECT_FALSE(alert.information()->isElided());
-    for (const QLabel* label : alert.findChildren<QLabel*>()) {
+    for (const QLabel* label : alert.findChildren<QLabel*>())
         EXPECT_EQ(label->textFormat(), Qt::PlainText);
-    }
     EXPECT_EQ(alert.heading()->text(), foreign);
     EXPECT_TRUE(alert.rect().contains(alert.prominentButton()->geometry()));
 }
 
 TEST_F(PanelTest, text_without_an_end_is_elided_before_the_screen_ends) {
-    Panel alert(PanelKind::Alert, QStringLiteral("Fehler"),
-                QStringLiteral("Straße ").repeated(15000), &window);
-    alert.setButtons(QStringLiteral("OK"));
+    Panel alert(PanelKind::Alert, u"Fehler"_s, u"Straße "_s.repeated(15000), &window);
+    alert.setButtons(u"OK"_s);
     open(alert);
     EXPECT_LT(alert.height(), 600);
     EXPECT_TRUE(alert.information()->isElided());
 }
 
 TEST_F(PanelTest, assistive_technology_sees_a_dialog_or_an_alert_with_its_texts) {
-    Panel alert(PanelKind::Alert, QStringLiteral("Fehler"), QStringLiteral("Zeit <b>"), &window);
+    Panel alert(PanelKind::Alert, u"Fehler"_s, u"Zeit <b>"_s, &window);
     show();
     const auto spoken = [](QWidget& widget) {
         return QAccessible::queryAccessibleInterface(&widget);
     };
     EXPECT_EQ(spoken(panel)->role(), QAccessible::Dialog);
     EXPECT_EQ(spoken(alert)->role(), QAccessible::AlertMessage);
-    EXPECT_EQ(spoken(alert)->text(QAccessible::Name), QStringLiteral("Fehler"));
-    EXPECT_EQ(spoken(alert)->text(QAccessible::Description), QStringLiteral("Zeit <b>"));
+    EXPECT_EQ(spoken(alert)->text(QAccessible::Name), u"Fehler"_s);
+    EXPECT_EQ(spoken(alert)->text(QAccessible::Description), u"Zeit <b>"_s);
 }
 
 TEST_F(PanelTest, ground_and_outline_have_their_colours) {
-    panel.setButtons(QStringLiteral("OK"));
+    panel.setButtons(u"OK"_s);
     open();
     EXPECT_EQ(colourAt(panel, QPoint(174, 0)), look::colours::panelOutline);
     EXPECT_EQ(colourAt(panel, QPoint(10, 100)), look::colours::panel);

@@ -1,9 +1,9 @@
-#include "PlaceList.h"
+#include "look/controls/PlaceList.h"
 
-#include "Colours.h"
-#include "Label.h"
 #include "LookTest.h"
-#include "ToolTip.h"
+#include "look/style/Colours.h"
+#include "look/style/ToolTip.h"
+#include "look/text/Label.h"
 
 #include <QAccessible>
 #include <QBoxLayout>
@@ -12,6 +12,8 @@
 #include <QScrollBar>
 #include <QStandardItemModel>
 #include <QStyleOptionViewItem>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -58,7 +60,7 @@ const QRect nameBox(4, 5, 390, 20);
 const QRect detailBox(4, 28, 390, 15);
 
 TEST_F(PlaceListTest, rows_are_drawn_as_they_are_written) {
-    const int plain = ink(drawn(QStringLiteral("x")), nameBox).width();
+    const int plain = ink(drawn(u"x"_s), nameBox).width();
     for (const char* text : {"<b>x</b>", "&lt;x", "<img src=x>"}) {
         const QString written = QString::fromLatin1(text);
         EXPECT_GT(ink(drawn(written), nameBox).width(), 2 * plain) << text;
@@ -67,13 +69,11 @@ TEST_F(PlaceListTest, rows_are_drawn_as_they_are_written) {
 }
 
 TEST_F(PlaceListTest, control_characters_and_line_breaks_are_spaces) {
-    const QImage spaces = drawn(QStringLiteral("a b c"), QStringLiteral("d e f"));
+    const QImage spaces = drawn(u"a b c"_s, u"d e f"_s);
     for (const char16_t letter :
          {u'\n', u'\r', u'\t', u'\u2028', u'\u2029', u'\u0085', u'\u0007'}) {
         const QChar control(letter);
-        EXPECT_EQ(
-            drawn(QStringLiteral("a%1b%1c").arg(control), QStringLiteral("d%1e%1f").arg(control)),
-            spaces)
+        EXPECT_EQ(drawn(u"a%1b%1c"_s.arg(control), u"d%1e%1f"_s.arg(control)), spaces)
             << int(letter);
     }
 }
@@ -87,32 +87,31 @@ TEST_F(PlaceListTest, long_texts_are_elided_inside_the_row) {
 }
 
 TEST_F(PlaceListTest, hundred_kilobytes_of_name_are_painted_at_once) {
-    const QString texts[] = {QStringLiteral("Straße العربية 東京 ").repeated(6000),
-                             QString(100000, u'i'), QString(100000, QChar(0x0301))};
+    const QString texts[] = {u"Straße العربية 東京 "_s.repeated(6000), QString(100000, u'i'),
+                             QString(100000, QChar(0x0301))};
     drawn(texts[0]); // the fallback fonts are loaded once
-    for (const QString& text : texts) {
+    for (const QString& text : texts)
         EXPECT_LT(workOf([&] { drawn(text, text); }), limit(10));
-    }
 }
 
 TEST_F(PlaceListTest, each_line_keeps_its_own_order_at_the_leading_edge) {
-    const QString arabic = QStringLiteral("برلين 12");
-    const QString latin = QStringLiteral("Berlin, 12");
+    const QString arabic = u"برلين 12"_s;
+    const QString latin = u"Berlin, 12"_s;
     for (const QString& text : {arabic, latin}) {
         EXPECT_LE(ink(drawn(text, text), nameBox).left(), 12);
         EXPECT_GE(ink(drawn(text, text, Qt::RightToLeft), nameBox).right(), 386);
         EXPECT_GE(ink(drawn(text, text, Qt::RightToLeft), detailBox).right(), 386);
     }
     // The comma at the end tells the order.
-    const QString comma = QStringLiteral("Berlin,");
+    const QString comma = u"Berlin,"_s;
     const QRect ends(372, 5, 20, 20);
     EXPECT_NE(ink(drawn(comma, {}, Qt::RightToLeft), ends),
-              ink(drawn(QStringLiteral("Berlin"), {}, Qt::RightToLeft), ends));
+              ink(drawn(u"Berlin"_s, {}, Qt::RightToLeft), ends));
 }
 
 TEST_F(PlaceListTest, rows_have_the_colours_of_their_states) {
-    add(QStringLiteral("Berlin"), QStringLiteral("Deutschland"));
-    add(QStringLiteral("Ulm"), QStringLiteral("Deutschland"));
+    add(u"Berlin"_s, u"Deutschland"_s);
+    add(u"Ulm"_s, u"Deutschland"_s);
     auto* other = new QWidget(&window);
     other->setFocusPolicy(Qt::StrongFocus);
     show();
@@ -132,7 +131,7 @@ TEST_F(PlaceListTest, rows_have_the_colours_of_their_states) {
 }
 
 TEST_F(PlaceListTest, selection_is_grey_in_a_window_that_is_not_active) {
-    add(QStringLiteral("Berlin"));
+    add(u"Berlin"_s);
     show();
     list->setFocus();
     list->setCurrentIndex(model.index(0, 0));
@@ -145,8 +144,8 @@ TEST_F(PlaceListTest, selection_is_grey_in_a_window_that_is_not_active) {
 }
 
 TEST_F(PlaceListTest, highlight_is_inset_in_a_row_of_48_with_2_below) {
-    add(QStringLiteral("a"));
-    add(QStringLiteral("b"));
+    add(u"a"_s);
+    add(u"b"_s);
     show();
     list->setFocus();
     list->setCurrentIndex(model.index(0, 0));
@@ -160,22 +159,20 @@ TEST_F(PlaceListTest, highlight_is_inset_in_a_row_of_48_with_2_below) {
 }
 
 TEST_F(PlaceListTest, five_rows_fit_and_the_sixth_brings_the_scroll_bar) {
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 5; ++i)
         add(QString::number(i));
-    }
     show();
     EXPECT_FALSE(list->verticalScrollBar()->isVisible());
     EXPECT_EQ(list->viewport()->width(), 398);
-    add(QStringLiteral("6"));
+    add(u"6"_s);
     EXPECT_TRUE(QTest::qWaitFor([this] { return list->verticalScrollBar()->isVisible(); }));
     EXPECT_EQ(list->viewport()->width(), 386);
     EXPECT_EQ(list->verticalScrollBar()->maximum(), 6 * 48 + 5 * 2 - 248);
 }
 
 TEST_F(PlaceListTest, scroll_thumb_lies_in_its_gutter_without_a_groove) {
-    for (int i = 0; i < 10; ++i) {
+    for (int i = 0; i < 10; ++i)
         add(QString::number(i));
-    }
     show();
     QTest::mouseMove(&window, QPoint(700, 500));
     QScrollBar* bar = list->verticalScrollBar();
@@ -202,9 +199,8 @@ TEST_F(PlaceListTest, scroll_thumb_lies_in_its_gutter_without_a_groove) {
 }
 
 TEST_F(PlaceListTest, gutter_lies_at_the_trailing_edge) {
-    for (int i = 0; i < 10; ++i) {
+    for (int i = 0; i < 10; ++i)
         add(QString::number(i));
-    }
     list->setLayoutDirection(Qt::RightToLeft);
     show();
     QScrollBar* bar = list->verticalScrollBar();
@@ -223,8 +219,8 @@ TEST_F(PlaceListTest, frame_is_round_and_takes_its_disabled_colour) {
 }
 
 TEST_F(PlaceListTest, tooltip_of_a_row_is_plain) {
-    add(QStringLiteral("Berlin"));
-    model.item(0)->setToolTip(QStringLiteral("<b>Deutschland</b>"));
+    add(u"Berlin"_s);
+    model.item(0)->setToolTip(u"<b>Deutschland</b>"_s);
     show();
     const auto ask = [this](QPoint position) {
         QHelpEvent help(QEvent::ToolTip, position, list->viewport()->mapToGlobal(position));
@@ -232,23 +228,23 @@ TEST_F(PlaceListTest, tooltip_of_a_row_is_plain) {
     };
     ask(QPoint(30, 20));
     ASSERT_TRUE(look::shownToolTip());
-    EXPECT_EQ(look::shownToolTip()->accessibleName(), QStringLiteral("<b>Deutschland</b>"));
+    EXPECT_EQ(look::shownToolTip()->accessibleName(), u"<b>Deutschland</b>"_s);
     ask(QPoint(30, 200));
     EXPECT_FALSE(look::shownToolTip());
 }
 
 TEST_F(PlaceListTest, assistive_technology_reads_the_row_as_the_model_says_it) {
-    add(QStringLiteral("Berlin"));
-    model.item(0)->setAccessibleText(QStringLiteral("Berlin <b>, Deutschland"));
-    list->setAccessibleName(QStringLiteral("Treffer"));
+    add(u"Berlin"_s);
+    model.item(0)->setAccessibleText(u"Berlin <b>, Deutschland"_s);
+    list->setAccessibleName(u"Treffer"_s);
     show();
     QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(list);
-    EXPECT_EQ(spoken->text(QAccessible::Name), QStringLiteral("Treffer"));
-    EXPECT_EQ(spoken->child(0)->text(QAccessible::Name), QStringLiteral("Berlin <b>, Deutschland"));
+    EXPECT_EQ(spoken->text(QAccessible::Name), u"Treffer"_s);
+    EXPECT_EQ(spoken->child(0)->text(QAccessible::Name), u"Berlin <b>, Deutschland"_s);
 }
 
 TEST_F(PlaceListTest, empty_text_is_a_sibling_that_comes_and_goes_with_the_list) {
-    list->setEmptyText(QStringLiteral("Ergebnisse erscheinen nach der Suche"));
+    list->setEmptyText(u"Ergebnisse erscheinen nach der Suche"_s);
     show();
     look::Label* label = list->emptyLabel();
     EXPECT_EQ(label->parentWidget(), list->parentWidget());
@@ -256,7 +252,7 @@ TEST_F(PlaceListTest, empty_text_is_a_sibling_that_comes_and_goes_with_the_list)
     const QPoint apart = label->geometry().center() - list->geometry().center();
     EXPECT_LE(qMax(qAbs(apart.x()), qAbs(apart.y())), 1);
 
-    list->setEmptyText(QStringLiteral("Ergebnisse ").repeated(50));
+    list->setEmptyText(u"Ergebnisse "_s.repeated(50));
     EXPECT_EQ(label->width(), list->width() - 24);
     list->resize(300, 200);
     EXPECT_EQ(label->width(), 300 - 24);
@@ -273,7 +269,7 @@ TEST_F(PlaceListTest, empty_text_follows_the_list_into_another_parent) {
     auto* column = new QVBoxLayout(pane);
     pane->setGeometry(100, 100, 400, 400);
     auto* late = new PlaceList;
-    late->setEmptyText(QStringLiteral("leer"));
+    late->setEmptyText(u"leer"_s);
     column->addWidget(late);
     show();
     EXPECT_EQ(late->emptyLabel()->parentWidget(), pane);
@@ -283,7 +279,7 @@ TEST_F(PlaceListTest, empty_text_follows_the_list_into_another_parent) {
 }
 
 TEST_F(PlaceListTest, click_goes_through_the_empty_text_to_the_list) {
-    list->setEmptyText(QStringLiteral("leer"));
+    list->setEmptyText(u"leer"_s);
     show();
     EXPECT_EQ(window.childAt(list->geometry().center()), list->viewport());
 }

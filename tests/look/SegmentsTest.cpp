@@ -1,12 +1,14 @@
-#include "Segments.h"
+#include "look/controls/Segments.h"
 
-#include "Colours.h"
 #include "LookTest.h"
+#include "look/style/Colours.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QLineEdit>
 #include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -16,9 +18,7 @@ using look::SegmentsKind;
 class SegmentsTest : public LookTest {
 protected:
     SegmentsTest()
-        : segments(new Segments(
-              SegmentsKind::Travel,
-              {QStringLiteral("Auto"), QStringLiteral("Zug"), QStringLiteral("Flug")}, &window)),
+        : segments(new Segments(SegmentsKind::Travel, {u"Auto"_s, u"Zug"_s, u"Flug"_s}, &window)),
           changes(segments, &Segments::selectionChanged) {
         segments->setSelectedSegment(0);
         segments->adjustSize();
@@ -45,9 +45,8 @@ TEST_F(SegmentsTest, click_selects_and_says_so_once) {
 }
 
 TEST_F(SegmentsTest, program_selects_without_a_signal) {
-    for (const int index : {1, -1, 7, 2}) {
+    for (const int index : {1, -1, 7, 2})
         segments->setSelectedSegment(index);
-    }
     EXPECT_EQ(segments->selectedSegment(), 2);
     segments->setSelectedSegment(7);
     EXPECT_EQ(segments->selectedSegment(), -1);
@@ -115,17 +114,17 @@ TEST_F(SegmentsTest, disabled_segments_take_neither_click_nor_key) {
 }
 
 TEST_F(SegmentsTest, assistive_technology_sees_a_group_of_radio_buttons) {
-    segments->setAccessibleName(QStringLiteral("Reiseart"));
-    segments->setTitle(1, QStringLiteral("Zug & <b>Bus</b>"));
+    segments->setAccessibleName(u"Reiseart"_s);
+    segments->setTitle(1, u"Zug & <b>Bus</b>"_s);
     show();
     QAccessibleInterface* group = QAccessible::queryAccessibleInterface(segments);
     ASSERT_TRUE(group);
     EXPECT_EQ(group->role(), QAccessible::Grouping);
-    EXPECT_EQ(group->text(QAccessible::Name), QStringLiteral("Reiseart"));
+    EXPECT_EQ(group->text(QAccessible::Name), u"Reiseart"_s);
     ASSERT_EQ(group->childCount(), 3);
     QAccessibleInterface* second = group->child(1);
     EXPECT_EQ(second->role(), QAccessible::RadioButton);
-    EXPECT_EQ(second->text(QAccessible::Name), QStringLiteral("Zug & <b>Bus</b>"));
+    EXPECT_EQ(second->text(QAccessible::Name), u"Zug & <b>Bus</b>"_s);
     EXPECT_TRUE(group->child(0)->state().checked);
     EXPECT_FALSE(second->state().checked);
     second->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
@@ -135,9 +134,9 @@ TEST_F(SegmentsTest, assistive_technology_sees_a_group_of_radio_buttons) {
 
 TEST_F(SegmentsTest, widths_are_equal_natural_and_grow_with_longer_titles) {
     EXPECT_EQ(segments->size(), QSize(142, 24));
-    Segments mode(SegmentsKind::Mode, {QStringLiteral("Ortskarte"), QStringLiteral("Route")});
+    Segments mode(SegmentsKind::Mode, {u"Ortskarte"_s, u"Route"_s});
     EXPECT_EQ(mode.sizeHint(), QSize(204, 30));
-    mode.setTitle(1, QStringLiteral("Eine sehr viel längere Route"));
+    mode.setTitle(1, u"Eine sehr viel längere Route"_s);
     mode.adjustSize();
     EXPECT_GT(mode.width(), 204);
     mode.show();

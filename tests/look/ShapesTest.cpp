@@ -1,7 +1,7 @@
-#include "Shapes.h"
+#include "look/style/Shapes.h"
 
-#include "Colours.h"
-#include "Glyphs.h"
+#include "look/controls/Glyphs.h"
+#include "look/style/Colours.h"
 
 #include <QImage>
 #include <QPainter>
@@ -47,13 +47,10 @@ TEST(ShapesTest, rounded_region_touches_every_pixel_of_the_shape) {
     look::fillRounded(painter, QRectF(0, 0, 60, 40), 8, look::colours::white);
     painter.end();
     const QRegion region = look::roundedRegion(QRect(0, 0, 60, 40), 8);
-    for (int y = 0; y < 40; ++y) {
-        for (int x = 0; x < 60; ++x) {
-            if (image.pixel(x, y) != look::colours::window) {
-                EXPECT_TRUE(region.contains(QPoint(x, y))) << x << ", " << y;
-            }
-        }
-    }
+    const auto isDrawn = [&](QPoint at) { return image.pixel(at) != look::colours::window; };
+    for (int y = 0; y < 40; ++y)
+        for (int x = 0; x < 60; ++x)
+            EXPECT_TRUE(region.contains(QPoint(x, y)) || !isDrawn({x, y})) << x << ", " << y;
     EXPECT_FALSE(region.contains(QPoint(0, 0)));
     EXPECT_FALSE(region.contains(QPoint(59, 39)));
 }

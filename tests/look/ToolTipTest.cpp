@@ -1,13 +1,15 @@
-#include "ToolTip.h"
+#include "look/style/ToolTip.h"
 
-#include "Colours.h"
-#include "Fonts.h"
 #include "LookTest.h"
+#include "look/style/Colours.h"
+#include "look/text/Fonts.h"
 
 #include <QHelpEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QToolTip>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -31,7 +33,7 @@ protected:
 
 TEST_F(ToolTipTest, markup_is_shown_as_it_is_written) {
     show();
-    const QString text = QStringLiteral("<b>x</b> &lt; <img src='/etc/passwd'>");
+    const QString text = u"<b>x</b> &lt; <img src='/etc/passwd'>"_s;
     const QWidget* shown = tip(text);
     ASSERT_TRUE(shown);
     const int width = QFontMetrics(look::font(12)).horizontalAdvance(text);
@@ -41,7 +43,7 @@ TEST_F(ToolTipTest, markup_is_shown_as_it_is_written) {
 
 TEST_F(ToolTipTest, label_of_the_toolkit_is_plain_too) {
     show();
-    QToolTip::showText(QPoint(10, 10), QStringLiteral("<b>x</b>"), owner);
+    QToolTip::showText(QPoint(10, 10), u"<b>x</b>"_s, owner);
     const auto widgets = QApplication::topLevelWidgets();
     const auto isTip = [](const QWidget* widget) { return widget->inherits("QTipLabel"); };
     const auto found = std::find_if(widgets.begin(), widgets.end(), isTip);
@@ -52,17 +54,17 @@ TEST_F(ToolTipTest, label_of_the_toolkit_is_plain_too) {
 
 TEST_F(ToolTipTest, long_text_wraps_at_360_and_keeps_its_line_breaks) {
     show();
-    const QWidget* shown = tip(QStringLiteral("Stadt Ort Adresse ").repeated(20));
+    const QWidget* shown = tip(u"Stadt Ort Adresse "_s.repeated(20));
     EXPECT_LE(shown->width(), 360);
     EXPECT_GT(shown->width(), 300);
     EXPECT_GT(shown->height(), 5 * 15);
-    shown = tip(QStringLiteral("a\nb\nc"));
+    shown = tip(u"a\nb\nc"_s);
     EXPECT_EQ(shown->height(), 3 * 15 + 2 * (5 + 1));
 }
 
 TEST_F(ToolTipTest, hundred_kilobytes_fit_the_screen_and_do_not_block) {
     show();
-    const QString text = QStringLiteral("Straße <b>ﬁ</b> العربية ").repeated(5000);
+    const QString text = u"Straße <b>ﬁ</b> العربية "_s.repeated(5000);
     for (const QString& long_ : {text, QString(100 * 1024, u'i'), QString(100 * 1024, u'\n')}) {
         QImage seen;
         const auto work = workOf([&] {
@@ -77,7 +79,7 @@ TEST_F(ToolTipTest, hundred_kilobytes_fit_the_screen_and_do_not_block) {
 
 TEST_F(ToolTipTest, fill_and_outline_have_their_colours) {
     show();
-    QWidget* shown = tip(QStringLiteral("Ort"));
+    QWidget* shown = tip(u"Ort"_s);
     EXPECT_EQ(colourAt(*shown, QPoint(shown->width() / 2, 0)), look::colours::toolTipOutline);
     EXPECT_EQ(colourAt(*shown, QPoint(shown->width() / 2, 2)), look::colours::toolTip);
 }
@@ -93,7 +95,7 @@ TEST_F(ToolTipTest, goes_when_the_pointer_leaves_or_something_is_pressed) {
         [&] { QTest::mouseClick(&window, Qt::LeftButton, {}, QPoint(5, 5)); },
         [] { look::hideToolTip(); }};
     for (const auto& end : ends) {
-        ASSERT_TRUE(tip(QStringLiteral("Ort")));
+        ASSERT_TRUE(tip(u"Ort"_s));
         end();
         EXPECT_TRUE(QTest::qWaitFor([] { return !look::shownToolTip(); }));
     }
@@ -101,7 +103,7 @@ TEST_F(ToolTipTest, goes_when_the_pointer_leaves_or_something_is_pressed) {
 
 TEST_F(ToolTipTest, dies_with_its_owner) {
     show();
-    ASSERT_TRUE(tip(QStringLiteral("Ort")));
+    ASSERT_TRUE(tip(u"Ort"_s));
     delete owner;
     EXPECT_FALSE(look::shownToolTip());
 }
@@ -109,7 +111,7 @@ TEST_F(ToolTipTest, dies_with_its_owner) {
 TEST_F(ToolTipTest, right_to_left_text_starts_at_the_right) {
     show();
     owner->setLayoutDirection(Qt::RightToLeft);
-    QWidget* shown = tip(QStringLiteral("Ort\nEin viel längerer Satz"));
+    QWidget* shown = tip(u"Ort\nEin viel längerer Satz"_s);
     const QRect first = ink(picture(*shown), QRect(6, 6, shown->width() - 12, 15));
     EXPECT_GT(first.left(), shown->width() / 2);
     EXPECT_LE(first.right(), shown->width() - 9);

@@ -1,19 +1,19 @@
 // Every control in its states on one sheet, written as a picture to compare with the design's.
 // look_gallery FILE [rtl] ; QT_SCALE_FACTOR=2 gives the sheet at twice the resolution.
 
-#include "Button.h"
-#include "Colours.h"
-#include "Field.h"
-#include "Fonts.h"
-#include "Glyphs.h"
-#include "Label.h"
-#include "PlaceList.h"
-#include "PopUp.h"
-#include "Segments.h"
-#include "Shapes.h"
-#include "Spinner.h"
-#include "Style.h"
-#include "ToolTip.h"
+#include "look/controls/Button.h"
+#include "look/controls/Field.h"
+#include "look/controls/Glyphs.h"
+#include "look/controls/PlaceList.h"
+#include "look/controls/PopUp.h"
+#include "look/controls/Segments.h"
+#include "look/controls/Spinner.h"
+#include "look/style/Colours.h"
+#include "look/style/Shapes.h"
+#include "look/style/Style.h"
+#include "look/style/ToolTip.h"
+#include "look/text/Fonts.h"
+#include "look/text/Label.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -24,6 +24,8 @@
 #include <QTest>
 
 #include <iostream>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -59,9 +61,8 @@ protected:
         QStyleOptionMenuItem option;
         option.initFrom(this);
         style()->drawPrimitive(QStyle::PE_PanelMenu, &option, &painter, this);
-        const QStringList titles{
-            QStringLiteral("OpenStreetMap direkt"), QStringLiteral("Overpass · Standard"),
-            QStringLiteral("Overpass · Alternative"), QStringLiteral("Eigene HTTPS-Adresse")};
+        const QStringList titles{u"OpenStreetMap direkt"_s, u"Overpass · Standard"_s,
+                                 u"Overpass · Alternative"_s, u"Eigene HTTPS-Adresse"_s};
         option.font = look::font(13);
         option.checkType = QStyleOptionMenuItem::Exclusive;
         for (int i = 0; i < titles.size(); ++i) {
@@ -78,14 +79,12 @@ class Sheet : public QWidget {
 public:
     Sheet() {
         resize(820, 760);
-        model_.appendRow(new QStandardItem(QStringLiteral("Berlin")));
-        model_.item(0)->setData(QStringLiteral("Deutschland"), look::DetailRole);
-        addButtons(16, QStringLiteral("Push button, 32"), ButtonKind::Push,
-                   QStringLiteral("Sprache"), 82);
-        addButtons(102, QStringLiteral("Prominent button, 32"), ButtonKind::Prominent,
-                   QStringLiteral("Route berechnen"), 145);
-        addButtons(188, QStringLiteral("Small button, 24 in 32"), ButtonKind::Small,
-                   QStringLiteral("Als Station …"), 91);
+        model_.appendRow(new QStandardItem(u"Berlin"_s));
+        model_.item(0)->setData(u"Deutschland"_s, look::DetailRole);
+        addButtons(16, u"Push button, 32"_s, ButtonKind::Push, u"Sprache"_s, 82);
+        addButtons(102, u"Prominent button, 32"_s, ButtonKind::Prominent, u"Route berechnen"_s,
+                   145);
+        addButtons(188, u"Small button, 24 in 32"_s, ButtonKind::Small, u"Als Station …"_s, 91);
         addPopUps();
         addSegments();
         addFields();
@@ -96,9 +95,8 @@ public:
 protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
-        for (const auto& [rectangle, radius] : rings_) {
+        for (const auto& [rectangle, radius] : rings_)
             look::drawBand(painter, rectangle, radius, 3, look::colours::focusRing);
-        }
     }
 
 private:
@@ -118,9 +116,8 @@ private:
 
     void head(const QString& title, const QStringList& captions, int y) {
         caption(title, column(0), y, 12, QFont::Medium, look::colours::secondary);
-        for (int i = 0; i < captions.size(); ++i) {
+        for (int i = 0; i < captions.size(); ++i)
             caption(captions.at(i), column(i), y + 20, 11, QFont::Normal, look::colours::tertiary);
-        }
     }
 
     void ringAround(const QWidget* widget, qreal radius) {
@@ -128,10 +125,7 @@ private:
     }
 
     void addButtons(int y, const QString& title, ButtonKind kind, const QString& text, int width) {
-        head(title,
-             {QStringLiteral("normal"), QStringLiteral("hover"), QStringLiteral("pressed"),
-              QStringLiteral("keyboard focus"), QStringLiteral("disabled")},
-             y);
+        head(title, {u"normal"_s, u"hover"_s, u"pressed"_s, u"keyboard focus"_s, u"disabled"_s}, y);
         for (const State state : states) {
             auto* button = new Button(kind, text, this);
             std::cout << text.toStdString() << ": natural width " << button->sizeHint().width()
@@ -141,39 +135,33 @@ private:
             button->setAttribute(Qt::WA_UnderMouse, state == Hover);
             button->setDown(state == Pressed);
             button->setEnabled(state != Disabled);
-            if (state == Focused) {
+            if (state == Focused)
                 ringAround(button, kind == ButtonKind::Small ? 6 : 7);
-            }
         }
     }
 
     void addPopUps() {
-        head(QStringLiteral("Pop-up, 28"),
-             {QStringLiteral("normal"), QStringLiteral("hover"), QStringLiteral("open / pressed"),
-              QStringLiteral("keyboard focus"), QStringLiteral("disabled")},
+        head(u"Pop-up, 28"_s,
+             {u"normal"_s, u"hover"_s, u"open / pressed"_s, u"keyboard focus"_s, u"disabled"_s},
              268);
         for (const State state : states) {
             look::PopUp* popUp =
                 state == Pressed ? new OpenPopUp(102, this) : new look::PopUp(102, this);
-            popUp->addItem(QStringLiteral("800 m"));
+            popUp->addItem(u"800 m"_s);
             put(popUp, column(state), 308);
             popUp->setAttribute(Qt::WA_UnderMouse, state == Hover);
             popUp->setEnabled(state != Disabled);
-            if (state == Focused) {
+            if (state == Focused)
                 ringAround(popUp, 7);
-            }
         }
     }
 
     void addSegments() {
-        head(QStringLiteral("Segments, 24"),
-             {QStringLiteral("normal"), QStringLiteral("hover"), QStringLiteral("pressed"),
-              QStringLiteral("keyboard focus"), QStringLiteral("disabled")},
-             350);
+        head(u"Segments, 24"_s,
+             {u"normal"_s, u"hover"_s, u"pressed"_s, u"keyboard focus"_s, u"disabled"_s}, 350);
         for (const State state : states) {
-            auto* segments = new look::Segments(
-                look::SegmentsKind::Travel,
-                {QStringLiteral("Auto"), QStringLiteral("Zug"), QStringLiteral("Flug")}, this);
+            auto* segments = new look::Segments(look::SegmentsKind::Travel,
+                                                {u"Auto"_s, u"Zug"_s, u"Flug"_s}, this);
             segments->setSelectedSegment(0);
             segments->adjustSize();
             put(segments, column(state), 390);
@@ -181,43 +169,38 @@ private:
             second->setAttribute(Qt::WA_UnderMouse, state == Hover);
             second->setDown(state == Pressed);
             segments->setEnabled(state != Disabled);
-            if (state == Focused) {
+            if (state == Focused)
                 ringAround(segments, 6);
-            }
         }
     }
 
     void addFields() {
-        head(QStringLiteral("Field, 34"),
-             {QStringLiteral("normal"), QStringLiteral("focus"), QStringLiteral("placeholder"),
-              QStringLiteral("read-only"), QStringLiteral("disabled")},
-             428);
+        head(u"Field, 34"_s,
+             {u"normal"_s, u"focus"_s, u"placeholder"_s, u"read-only"_s, u"disabled"_s}, 428);
         for (const State state : states) {
             auto* field = new look::Field(
                 state == Focused ? look::FieldKind::Service : look::FieldKind::Search, this);
             field->setFixedWidth(141);
             put(field, column(state), 468);
             if (state == Pressed) {
-                field->setPlaceholderText(QStringLiteral("Stadt, Ort …"));
+                field->setPlaceholderText(u"Stadt, Ort …"_s);
             } else if (state == Focused) {
-                field->setText(QStringLiteral("https://api.openstreetmap.org/api/0.6/map"));
+                field->setText(u"https://api.openstreetmap.org/api/0.6/map"_s);
                 field->setCursorPosition(0);
                 field->setReadOnly(true);
             } else {
-                field->setText(QStringLiteral("Berlin"));
+                field->setText(u"Berlin"_s);
             }
             field->setEnabled(state != Disabled);
-            if (state == Hover) {
+            if (state == Hover)
                 focused_ = field;
-            }
         }
     }
 
     void addRows() {
-        head(QStringLiteral("List row, 48"),
-             {QStringLiteral("normal"), QStringLiteral("hover"),
-              QStringLiteral("selected, list focused"), QStringLiteral("selected, no focus"),
-              QStringLiteral("selected, disabled")},
+        head(u"List row, 48"_s,
+             {u"normal"_s, u"hover"_s, u"selected, list focused"_s, u"selected, no focus"_s,
+              u"selected, disabled"_s},
              516);
         for (const State state : states) {
             auto* list = new look::PlaceList(this);
@@ -225,15 +208,13 @@ private:
             list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
             list->setFixedSize(141, 50);
             put(list, column(state), 556);
-            if (state >= Pressed) {
+            if (state >= Pressed)
                 list->setCurrentIndex(model_.index(0, 0));
-            }
             list->setEnabled(state != Disabled);
-            if (state == Hover) {
+            if (state == Hover)
                 hovered_ = list;
-            } else if (state == Pressed) {
+            else if (state == Pressed)
                 focusedList_ = list;
-            }
         }
     }
 
@@ -242,8 +223,7 @@ private:
         menu->resize(218, 106);
         put(menu, 22, 620);
         for (const bool isOn : {true, false}) {
-            auto* box = new QCheckBox(
-                isOn ? QStringLiteral("on, enabled") : QStringLiteral("on, disabled"), this);
+            auto* box = new QCheckBox(isOn ? u"on, enabled"_s : u"on, disabled"_s, this);
             box->setFont(look::font(12));
             box->setChecked(true);
             box->setEnabled(isOn);
@@ -253,7 +233,7 @@ private:
         auto* spinner = new look::Spinner(this);
         spinner->setTurning(true);
         put(spinner, 538, 670);
-        caption(QStringLiteral("busy"), 564, 670, 12, QFont::Normal, look::colours::label);
+        caption(u"busy"_s, 564, 670, 12, QFont::Normal, look::colours::label);
     }
 
 public:
@@ -261,9 +241,8 @@ public:
     QImage picture(bool isListFocused) {
         show();
         activateWindow();
-        if (!QTest::qWaitForWindowActive(this)) {
+        if (!QTest::qWaitForWindowActive(this))
             std::cerr << "the sheet did not become active\n";
-        }
         (isListFocused ? static_cast<QWidget*>(focusedList_) : focused_)->setFocus();
         QTest::mouseMove(hovered_->viewport(), QPoint(40, 20));
         QTest::qWait(50);
@@ -286,11 +265,10 @@ int main(int argc, char** argv) {
         std::cerr << "usage: look_gallery FILE [rtl]\n";
         return 2;
     }
-    QApplication::setFont(QFont(QStringLiteral("Inter")));
+    QApplication::setFont(QFont(u"Inter"_s));
     look::applyLook(application);
-    if (argc > 2 && QLatin1String(argv[2]) == QLatin1String("rtl")) {
+    if (argc > 2 && QLatin1String(argv[2]) == "rtl"_L1)
         QApplication::setLayoutDirection(Qt::RightToLeft);
-    }
     Sheet sheet;
     const QImage list = sheet.picture(true);
     QImage whole = sheet.picture(false);
@@ -301,13 +279,11 @@ int main(int argc, char** argv) {
     const qreal scale = list.devicePixelRatio();
     painter.drawImage(row, list,
                       QRectF(QPointF(row.topLeft()) * scale, QSizeF(row.size()) * scale));
-    look::showToolTip(
-        QPoint(0, 0),
-        QStringLiteral("Optional: eigener kompatibler HTTPS-\nRoutingdienst ohne Zugangsdaten."),
-        &sheet);
-    if (QWidget* tip = look::shownToolTip()) {
+    look::showToolTip(QPoint(0, 0),
+                      u"Optional: eigener kompatibler HTTPS-\nRoutingdienst ohne Zugangsdaten."_s,
+                      &sheet);
+    if (QWidget* tip = look::shownToolTip())
         tip->render(&painter, QPoint(264, 620), QRegion(), QWidget::RenderFlags());
-    }
     painter.end();
     return whole.save(QString::fromLocal8Bit(argv[1])) ? 0 : 1;
 }

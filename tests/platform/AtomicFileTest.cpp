@@ -1,9 +1,8 @@
-#include "AtomicFile.h"
+#include "platform/AtomicFile.h"
 
 #include "TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -43,7 +42,7 @@ TEST(AtomicFileTest, a_file_is_made_with_exactly_these_bytes) {
     const QByteArray contents[] = {QByteArray(), QByteArray("/ä/origin.nxd\n"),
                                    QByteArray("a\0b\r\n", 5), QByteArray(3'000'000, 'x')};
     for (const QByteArray& content : contents) {
-        for (const Durability durability : {Durability::fast, Durability::durable}) {
+        for (const Durability durability : {Durability::Fast, Durability::Durable}) {
             EXPECT_FALSE(replaceFile(folder / "file", content, durability));
             EXPECT_EQ(contentOf(folder / "file"), content.toStdString());
             EXPECT_EQ(folder.entries(), 1U);
@@ -55,7 +54,7 @@ TEST(AtomicFileTest, a_name_without_a_folder_is_in_the_working_directory) {
     const TemporaryFolder folder;
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(folder.path());
-    EXPECT_FALSE(replaceFile("file", "x", Durability::durable));
+    EXPECT_FALSE(replaceFile("file", "x", Durability::Durable));
     std::filesystem::current_path(before);
     EXPECT_EQ(contentOf(folder / "file"), "x");
 }
@@ -65,7 +64,7 @@ TEST(AtomicFileTest, the_longest_names_and_other_bytes_than_UTF_8_will_do) {
     for (const std::string& name :
          {std::string(255, 'n'), std::string("\xff\xfe"), std::string(".")}) {
         const bool works = name != ".";
-        EXPECT_EQ(!replaceFile(folder / name, "x", Durability::fast), works) << name;
+        EXPECT_EQ(!replaceFile(folder / name, "x", Durability::Fast), works) << name;
     }
     EXPECT_EQ(folder.entries(), 2U);
 }
@@ -77,16 +76,16 @@ TEST(AtomicFileTest, the_mode_follows_the_readers_and_the_umask) {
         int mode;
     };
     const Row rows[] = {
-        {0022, Readers::everyone, 0644}, {0077, Readers::everyone, 0600},
-        {0027, Readers::everyone, 0640}, {0000, Readers::everyone, 0644},
-        {0022, Readers::owner, 0600},    {0000, Readers::owner, 0600},
+        {0022, Readers::Everyone, 0644}, {0077, Readers::Everyone, 0600},
+        {0027, Readers::Everyone, 0640}, {0000, Readers::Everyone, 0644},
+        {0022, Readers::Owner, 0600},    {0000, Readers::Owner, 0600},
     };
     const TemporaryFolder folder;
     for (const Row& row : rows) {
         write(folder / "file", "old");
         std::filesystem::permissions(folder / "file", std::filesystem::perms(0666));
         const mode_t before = ::umask(row.umask);
-        EXPECT_FALSE(replaceFile(folder / "file", "new", Durability::fast, row.readers));
+        EXPECT_FALSE(replaceFile(folder / "file", "new", Durability::Fast, row.readers));
         ::umask(before);
         EXPECT_EQ(modeOf(folder / "file"), row.mode);
     }
@@ -98,7 +97,7 @@ TEST(AtomicFileTest, a_link_at_the_target_is_replaced_and_its_file_left_alone) {
     std::filesystem::create_symlink("elsewhere", folder / "to file");
     std::filesystem::create_symlink("missing", folder / "to nothing");
     for (const char* name : {"to file", "to nothing"}) {
-        EXPECT_FALSE(replaceFile(folder / name, "new", Durability::durable));
+        EXPECT_FALSE(replaceFile(folder / name, "new", Durability::Durable));
         EXPECT_FALSE(std::filesystem::is_symlink(folder / name));
         EXPECT_EQ(contentOf(folder / name), "new");
     }
@@ -124,7 +123,7 @@ TEST(AtomicFileTest, a_failure_leaves_everything_as_it_was) {
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(folder.path());
     for (const Row& row : rows) {
-        EXPECT_EQ(replaceFile(row.path, "new", Durability::durable), row.reason) << row.path;
+        EXPECT_EQ(replaceFile(row.path, "new", Durability::Durable), row.reason) << row.path;
         EXPECT_EQ(folder.entries(), 2U) << row.path;
     }
     std::filesystem::current_path(before);
@@ -137,7 +136,7 @@ TEST(AtomicFileTest, a_full_disk_leaves_the_old_file_whole) {
     {
         const FullDisk disk(4096);
         // The first part fits, so that a short write comes before the failing one.
-        EXPECT_EQ(replaceFile(folder / "file", QByteArray(10000, 'x'), Durability::fast),
+        EXPECT_EQ(replaceFile(folder / "file", QByteArray(10000, 'x'), Durability::Fast),
                   std::errc::file_too_large);
     }
     EXPECT_EQ(contentOf(folder / "file"), "old");
@@ -148,7 +147,7 @@ TEST(AtomicFileTest, a_reader_never_sees_a_part_or_nothing) {
     const TemporaryFolder folder;
     const QByteArray one(100'000, '1');
     const QByteArray two(200'000, '2');
-    ASSERT_FALSE(replaceFile(folder / "file", one, Durability::fast));
+    ASSERT_FALSE(replaceFile(folder / "file", one, Durability::Fast));
     std::atomic<bool> enough = false;
     std::atomic<int> reads = 0;
     std::atomic<int> strange = 0;
@@ -160,7 +159,7 @@ TEST(AtomicFileTest, a_reader_never_sees_a_part_or_nothing) {
         }
     });
     for (int round = 0; round < 300 || reads < 20; ++round)
-        EXPECT_FALSE(replaceFile(folder / "file", round % 2 == 0 ? two : one, Durability::fast));
+        EXPECT_FALSE(replaceFile(folder / "file", round % 2 == 0 ? two : one, Durability::Fast));
     enough = true;
     reader.join();
     EXPECT_EQ(strange, 0);
@@ -171,7 +170,7 @@ TEST(AtomicFileTest, two_writers_do_not_mix) {
     const auto writeOften = [&](char letter) {
         for (int round = 0; round < 200; ++round)
             EXPECT_FALSE(
-                replaceFile(folder / "file", QByteArray(50'000, letter), Durability::fast));
+                replaceFile(folder / "file", QByteArray(50'000, letter), Durability::Fast));
     };
     std::thread other(writeOften, 'b');
     writeOften('a');

@@ -1,11 +1,10 @@
-#include "Background.h"
+#include "platform/Background.h"
 
 #include "WaitUntil.h"
 
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
-
 #include <signal.h>
 
 #include <atomic>

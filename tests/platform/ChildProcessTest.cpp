@@ -1,4 +1,4 @@
-#include "ChildProcess.h"
+#include "platform/ChildProcess.h"
 
 #include "ChildTest.h"
 #include "RunningChild.h"
@@ -46,11 +46,11 @@ TEST_F(ChildProcessTest, an_exit_is_reported_as_it_was) {
         bool succeeded;
     };
     const Row rows[] = {
-        {{"exit", "0"}, {ChildExit::Kind::exited, 0}, true},
-        {{"exit", "7"}, {ChildExit::Kind::exited, 7}, false},
-        {{"exit", "255"}, {ChildExit::Kind::exited, 255}, false},
-        {{"crash"}, {ChildExit::Kind::signalled, SIGSEGV}, false},
-        {{"die-by", "9"}, {ChildExit::Kind::signalled, SIGKILL}, false},
+        {{"exit", "0"}, {ChildExit::Kind::Exited, 0}, true},
+        {{"exit", "7"}, {ChildExit::Kind::Exited, 7}, false},
+        {{"exit", "255"}, {ChildExit::Kind::Exited, 255}, false},
+        {{"crash"}, {ChildExit::Kind::Signalled, SIGSEGV}, false},
+        {{"die-by", "9"}, {ChildExit::Kind::Signalled, SIGKILL}, false},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.arguments.front());
@@ -100,7 +100,7 @@ TEST_F(ChildProcessTest, a_failed_start_says_why_and_leaves_nothing) {
             const auto child = ChildProcess::make(row.command);
             EXPECT_EQ(child->start([&](ChildExit) { ++reports; }), row.reason);
             EXPECT_FALSE(child->isRunning());
-            EXPECT_EQ(child->waitForExit().kind, ChildExit::Kind::unknown);
+            EXPECT_EQ(child->waitForExit().kind, ChildExit::Kind::Unknown);
             child->terminate();
             child->kill();
         }
@@ -204,10 +204,10 @@ TEST_F(ChildProcessTest, the_child_has_default_signals) {
     sigaddset(&blocked, SIGUSR1);
     sigaddset(&blocked, SIGTERM);
     ::pthread_sigmask(SIG_BLOCK, &blocked, &maskBefore);
-    struct sigaction ignoring {};
-    struct sigaction handling {};
-    struct sigaction pipeBefore {};
-    struct sigaction userBefore {};
+    struct sigaction ignoring{};
+    struct sigaction handling{};
+    struct sigaction pipeBefore{};
+    struct sigaction userBefore{};
     ignoring.sa_handler = SIG_IGN;
     handling.sa_handler = [](int) {};
     ::sigaction(SIGPIPE, &ignoring, &pipeBefore);
@@ -216,8 +216,8 @@ TEST_F(ChildProcessTest, the_child_has_default_signals) {
     RunningChild child({"print-signals"});
     EXPECT_EQ(child.everything(), "");
 
-    struct sigaction pipeAfter {};
-    struct sigaction userAfter {};
+    struct sigaction pipeAfter{};
+    struct sigaction userAfter{};
     sigset_t maskAfter;
     ::sigaction(SIGPIPE, &pipeBefore, &pipeAfter);
     ::sigaction(SIGUSR2, &userBefore, &userAfter);
@@ -229,12 +229,12 @@ TEST_F(ChildProcessTest, the_child_has_default_signals) {
 }
 
 TEST_F(ChildProcessTest, an_exit_is_known_although_SIGCHLD_was_ignored) {
-    struct sigaction ignoring {};
-    struct sigaction before {};
+    struct sigaction ignoring{};
+    struct sigaction before{};
     ignoring.sa_handler = SIG_IGN;
     ::sigaction(SIGCHLD, &ignoring, &before);
     RunningChild child({"exit", "7"});
-    EXPECT_EQ(child.reportedExit(), (ChildExit{ChildExit::Kind::exited, 7}));
+    EXPECT_EQ(child.reportedExit(), (ChildExit{ChildExit::Kind::Exited, 7}));
     ::sigaction(SIGCHLD, &before, nullptr);
 }
 
@@ -250,7 +250,7 @@ TEST_F(ChildProcessTest, a_status_that_somebody_else_took_is_unknown) {
     thief.join();
     const ChildExit exit = child.reportedExit();
     EXPECT_FALSE(exit.succeeded());
-    EXPECT_NE(exit.kind, ChildExit::Kind::exited);
+    EXPECT_NE(exit.kind, ChildExit::Kind::Exited);
     EXPECT_FALSE(child->isRunning());
 }
 
@@ -316,7 +316,7 @@ TEST_F(ChildProcessTest, a_child_starts_while_the_standard_descriptors_are_close
     const auto parent = ChildProcess::make(
         {.program = CHILD_PARENT, .arguments = {"closed-standard", CHILD_HELPER}});
     ASSERT_FALSE(parent->start({}));
-    EXPECT_EQ(parent->waitForExit(), (ChildExit{ChildExit::Kind::exited, 0}));
+    EXPECT_EQ(parent->waitForExit(), (ChildExit{ChildExit::Kind::Exited, 0}));
 }
 
 TEST_F(ChildProcessTest, the_report_comes_once_from_another_thread_when_the_child_is_gone) {
@@ -358,7 +358,7 @@ TEST_F(ChildProcessTest, several_threads_may_wait_for_one_child) {
     waiting.reserve(4);
     for (int number = 0; number < 4; ++number) {
         waiting.emplace_back([&] {
-            right += child->waitForExit() == ChildExit{ChildExit::Kind::signalled, SIGTERM};
+            right += child->waitForExit() == ChildExit{ChildExit::Kind::Signalled, SIGTERM};
         });
     }
     child->terminate();

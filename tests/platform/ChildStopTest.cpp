@@ -1,11 +1,11 @@
 // Stopping a child: terminate() and kill() of ChildProcess, and stopChild().
 
-#include "Background.h"
-#include "ChildProcess.h"
 #include "ChildTest.h"
 #include "RunningChild.h"
-#include "StopChild.h"
 #include "WaitUntil.h"
+#include "platform/Background.h"
+#include "platform/ChildProcess.h"
+#include "platform/StopChild.h"
 
 #include <signal.h>
 #include <spawn.h>
@@ -28,8 +28,8 @@ namespace {
 
 class ChildStopTest : public ChildTest {};
 
-constexpr ChildExit terminated{ChildExit::Kind::signalled, SIGTERM};
-constexpr ChildExit killed{ChildExit::Kind::signalled, SIGKILL};
+constexpr ChildExit terminated{ChildExit::Kind::Signalled, SIGTERM};
+constexpr ChildExit killed{ChildExit::Kind::Signalled, SIGKILL};
 
 TEST_F(ChildStopTest, a_request_to_end_reaches_the_child) {
     RunningChild plain({"hang"});
@@ -38,7 +38,7 @@ TEST_F(ChildStopTest, a_request_to_end_reaches_the_child) {
     plain->terminate();
     handling->terminate();
     EXPECT_EQ(plain.reportedExit(), terminated);
-    EXPECT_EQ(handling.reportedExit(), (ChildExit{ChildExit::Kind::exited, 3}));
+    EXPECT_EQ(handling.reportedExit(), (ChildExit{ChildExit::Kind::Exited, 3}));
 }
 
 TEST_F(ChildStopTest, a_kill_ends_a_child_that_resists_a_request) {
@@ -138,7 +138,7 @@ TEST_F(ChildStopTest, a_stop_asks_first) {
     RunningChild child({"exit-on-term"});
     ASSERT_EQ(child.line(), "ready");
     platform::stopChild(child.shared());
-    EXPECT_EQ(child.reportedExit(), (ChildExit{ChildExit::Kind::exited, 3}));
+    EXPECT_EQ(child.reportedExit(), (ChildExit{ChildExit::Kind::Exited, 3}));
 }
 
 TEST_F(ChildStopTest, a_stop_kills_a_child_that_resists_after_the_patience_and_blocks_nobody) {
@@ -160,7 +160,7 @@ TEST_F(ChildStopTest, a_child_that_ends_within_the_patience_is_not_killed) {
     std::promise<void> later;
     platform::runAfter(60ms, [&] { later.set_value(); });
     later.get_future().wait();
-    EXPECT_EQ(child.reportedExit(), (ChildExit{ChildExit::Kind::exited, 3}));
+    EXPECT_EQ(child.reportedExit(), (ChildExit{ChildExit::Kind::Exited, 3}));
 }
 
 TEST_F(ChildStopTest, two_stops_are_one) {
@@ -185,7 +185,7 @@ TEST_F(ChildStopTest, any_number_of_threads_may_stop_one_child) {
         }
         for (std::thread& thread : stopping)
             thread.join();
-        EXPECT_EQ(child.reportedExit().kind, ChildExit::Kind::signalled);
+        EXPECT_EQ(child.reportedExit().kind, ChildExit::Kind::Signalled);
     }
 }
 
@@ -214,9 +214,9 @@ TEST_F(ChildStopTest, every_life_is_reported_exactly_once_whenever_it_is_stopped
         ASSERT_FALSE(child->start([counts, own = perLife.back(), endsItself](ChildExit exit) {
             ++*own;
             ++counts->reports;
-            counts->bySignal += exit.kind == ChildExit::Kind::signalled;
-            counts->strange += exit.kind == ChildExit::Kind::unknown ||
-                               (!endsItself && exit.kind != ChildExit::Kind::signalled);
+            counts->bySignal += exit.kind == ChildExit::Kind::Signalled;
+            counts->strange += exit.kind == ChildExit::Kind::Unknown ||
+                               (!endsItself && exit.kind != ChildExit::Kind::Signalled);
         })) << "life "
             << life;
         const auto stop = [child, hard] { hard ? child->kill() : child->terminate(); };

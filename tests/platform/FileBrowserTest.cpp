@@ -1,12 +1,12 @@
 // Against a message bus of the test's own, on which the test is the file manager.
 
-#include "FileBrowser.h"
+#include "platform/FileBrowser.h"
 
-#include "ChildProcess.h"
 #include "ChildTest.h"
-#include "StopChild.h"
 #include "TemporaryFolder.h"
 #include "WaitUntil.h"
+#include "platform/ChildProcess.h"
+#include "platform/StopChild.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -30,7 +30,7 @@ namespace {
 const QString service = u"org.freedesktop.FileManager1"_s;
 const QString path = u"/org/freedesktop/FileManager1"_s;
 
-enum class Manner { answers, refuses, isSilent };
+enum class Manner { Answers, Refuses, IsSilent };
 
 // A file manager on the bus.
 class FileManager : public QDBusVirtualObject {
@@ -40,19 +40,19 @@ public:
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
         calls += message;
         switch (manner) {
-        case Manner::answers:
+        case Manner::Answers:
             connection.send(message.createReply());
             break;
-        case Manner::refuses:
+        case Manner::Refuses:
             connection.send(message.createErrorReply(QDBusError::Failed, u"cannot"_s));
             break;
-        case Manner::isSilent:
+        case Manner::IsSilent:
             break;
         }
         return true;
     }
 
-    Manner manner = Manner::answers;
+    Manner manner = Manner::Answers;
     QList<QDBusMessage> calls;
 };
 
@@ -147,7 +147,7 @@ protected:
 };
 
 TEST_F(FileBrowserTest, the_file_manager_is_asked_to_select_the_file) {
-    offer(Manner::answers);
+    offer(Manner::Answers);
     platform::showInFileBrowser(u"/daten/Köln #1 100%/ein?/origin.nxd"_s);
     EXPECT_TRUE(manager_.calls.isEmpty()) << "the call has returned before";
     ASSERT_TRUE(isCalled());
@@ -161,7 +161,7 @@ TEST_F(FileBrowserTest, the_file_manager_is_asked_to_select_the_file) {
 }
 
 TEST_F(FileBrowserTest, an_answer_opens_nothing_else) {
-    offer(Manner::answers);
+    offer(Manner::Answers);
     for (int count = 1; count <= 3; ++count) {
         platform::showInFileBrowser(u"/daten/origin.nxd"_s);
         ASSERT_TRUE(QTest::qWaitFor([&] { return manager_.calls.size() == count; }, 30000));
@@ -185,7 +185,7 @@ TEST_F(FileBrowserTest, without_a_file_manager_the_folder_is_opened_at_once) {
 }
 
 TEST_F(FileBrowserTest, a_file_manager_that_cannot_select_opens_the_folder) {
-    offer(Manner::refuses);
+    offer(Manner::Refuses);
     platform::showInFileBrowser(u"/daten/origin.nxd"_s);
     ASSERT_TRUE(isOpened());
     EXPECT_EQ(manager_.calls.size(), 1);
@@ -193,7 +193,7 @@ TEST_F(FileBrowserTest, a_file_manager_that_cannot_select_opens_the_folder) {
 }
 
 TEST_F(FileBrowserTest, a_file_manager_that_is_silent_is_given_two_seconds) {
-    offer(Manner::isSilent);
+    offer(Manner::IsSilent);
     QElapsedTimer clock;
     clock.start();
     platform::showInFileBrowser(u"/daten/origin.nxd"_s);

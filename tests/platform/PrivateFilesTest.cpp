@@ -1,10 +1,9 @@
-#include "PrivateFiles.h"
+#include "platform/PrivateFiles.h"
 
 #include "TemporaryFolder.h"
 
-#include <gtest/gtest.h>
-
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,17 +28,17 @@ private:
 TEST(PrivateFilesTest, a_folder_is_its_owners_alone) {
     const TemporaryFolder folder;
     const OpenUmask umask;
-    EXPECT_FALSE(createPrivateFolder(folder / "job", Parents::mustExist));
+    EXPECT_FALSE(createPrivateFolder(folder / "job", Parents::MustExist));
     EXPECT_EQ(modeOf(folder / "job"), 0700);
 }
 
 TEST(PrivateFilesTest, missing_parents_are_made_on_request_and_private_too) {
     const TemporaryFolder folder;
     const OpenUmask umask;
-    EXPECT_EQ(createPrivateFolder(folder / "a/b/job", Parents::mustExist),
+    EXPECT_EQ(createPrivateFolder(folder / "a/b/job", Parents::MustExist),
               std::errc::no_such_file_or_directory);
     EXPECT_EQ(folder.entries(), 0U);
-    EXPECT_FALSE(createPrivateFolder(folder / "a/b/job", Parents::create));
+    EXPECT_FALSE(createPrivateFolder(folder / "a/b/job", Parents::Create));
     for (const char* made : {"a", "a/b", "a/b/job"})
         EXPECT_EQ(modeOf(folder / made), 0700) << made;
 }
@@ -49,7 +48,7 @@ TEST(PrivateFilesTest, parents_that_exist_stay_as_they_are) {
     std::filesystem::create_directory(folder / "open");
     std::filesystem::permissions(folder / "open", std::filesystem::perms(0755));
     std::filesystem::create_directory_symlink("open", folder / "link");
-    EXPECT_FALSE(createPrivateFolder(folder / "link/job", Parents::create));
+    EXPECT_FALSE(createPrivateFolder(folder / "link/job", Parents::Create));
     EXPECT_EQ(modeOf(folder / "open"), 0755);
     EXPECT_EQ(modeOf(folder / "open/job"), 0700);
 }
@@ -60,11 +59,10 @@ TEST(PrivateFilesTest, a_folder_is_never_taken_over) {
     write(folder / "file", "old");
     std::filesystem::create_directory_symlink("folder", folder / "link");
     std::filesystem::create_directory_symlink("nowhere", folder / "dangling");
-    for (const Parents parents : {Parents::mustExist, Parents::create}) {
+    for (const Parents parents : {Parents::MustExist, Parents::Create})
         for (const char* name : {"folder", "file", "link", "dangling"})
             EXPECT_EQ(createPrivateFolder(folder / name, parents), std::errc::file_exists) << name;
-    }
-    EXPECT_EQ(createPrivateFolder(folder / "file/job", Parents::create), std::errc::file_exists);
+    EXPECT_EQ(createPrivateFolder(folder / "file/job", Parents::Create), std::errc::file_exists);
     EXPECT_EQ(contentOf(folder / "file"), "old");
 }
 

@@ -1,4 +1,4 @@
-#include "QuitSignals.h"
+#include "platform/QuitSignals.h"
 
 #include "RunningChild.h"
 #include "WaitUntil.h"
@@ -7,13 +7,12 @@
 #include <QThread>
 
 #include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/resource.h>
 
 #include <cerrno>
 #include <csignal>
 #include <thread>
-
-#include <pthread.h>
-#include <sys/resource.h>
 
 namespace {
 
@@ -99,7 +98,7 @@ TEST_F(QuitSignalsTest, a_child_is_ended_by_these_signals_as_ever) {
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
         RunningChild child({"die-by", std::to_string(number)});
         EXPECT_EQ(child.reportedExit(),
-                  (platform::ChildExit{platform::ChildExit::Kind::signalled, number}));
+                  (platform::ChildExit{platform::ChildExit::Kind::Signalled, number}));
     }
     turn();
     EXPECT_EQ(requests, 0) << "a child's end is none of the program's";

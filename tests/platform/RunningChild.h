@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ChildProcess.h"
 #include "ChildTest.h"
+#include "platform/ChildProcess.h"
 
 #include <future>
 #include <memory>

@@ -1,9 +1,9 @@
-#include "NXPhotonSearch.h"
+#include "search/NXPhotonSearch.h"
 
 #include "ChildTest.h"
-#include "NXLocal.h"
 #include "TemporaryFolder.h"
 #include "WaitUntil.h"
+#include "localization/NXLocal.h"
 
 #include <QCoreApplication>
 
@@ -13,25 +13,27 @@
 #include <atomic>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
+using namespace localization;
+using namespace search;
 
 namespace {
 
-const QString invalidAddress = QStringLiteral("Die Ortssuche braucht eine gültige HTTPS-Adresse.");
+const QString invalidAddress = u"Die Ortssuche braucht eine gültige HTTPS-Adresse."_s;
 const QString noTransport =
-    QStringLiteral("Der Systemtransport für die Ortssuche konnte nicht gestartet werden.");
-const QString tooLarge =
-    QStringLiteral("Die Antwort der Ortssuche ist zu groß. Bitte präziser suchen.");
-const QString curlTimedOut = QStringLiteral(
-    "Zeitlimit der Ortssuche erreicht. Prüfe die Verbindung und versuche es erneut.");
+    u"Der Systemtransport für die Ortssuche konnte nicht gestartet werden."_s;
+const QString tooLarge = u"Die Antwort der Ortssuche ist zu groß. Bitte präziser suchen."_s;
+const QString curlTimedOut =
+    u"Zeitlimit der Ortssuche erreicht. Prüfe die Verbindung und versuche es erneut."_s;
 const QString notResponding =
-    QStringLiteral("Die Ortssuche antwortet gerade nicht. Bitte später erneut versuchen.");
-const QString unreachable = QStringLiteral(
-    "Die Ortssuche ist nicht erreichbar. Prüfe die Verbindung und versuche es erneut.");
-const QString watchdogTimedOut =
-    QStringLiteral("Zeitlimit der Ortssuche erreicht. Bitte erneut versuchen.");
+    u"Die Ortssuche antwortet gerade nicht. Bitte später erneut versuchen."_s;
+const QString unreachable =
+    u"Die Ortssuche ist nicht erreichbar. Prüfe die Verbindung und versuche es erneut."_s;
+const QString watchdogTimedOut = u"Zeitlimit der Ortssuche erreicht. Bitte erneut versuchen."_s;
 
-const QUrl address(QStringLiteral("https://example.invalid/api/?q=Ulm"));
+const QUrl address(u"https://example.invalid/api/?q=Ulm"_s);
 
 // A request whose curl is a line of shell script, in which $HELPER is the helper program.
 class NXPhotonSearchTest : public ChildTest {
@@ -135,7 +137,7 @@ TEST_F(NXPhotonSearchTest, an_address_that_is_not_https_is_refused_on_a_later_tu
 }
 
 TEST_F(NXPhotonSearchTest, a_scheme_in_capitals_is_accepted) {
-    runToTheEnd(searchWith("printf '{}\\n200'"), QUrl(QStringLiteral("HTTPS://example.invalid/")));
+    runToTheEnd(searchWith("printf '{}\\n200'"), QUrl(u"HTTPS://example.invalid/"_s));
     EXPECT_EQ(body_, QByteArray("{}"));
 }
 
@@ -214,7 +216,7 @@ TEST_F(NXPhotonSearchTest, a_flood_that_resists_the_request_to_end_is_killed) {
     runToTheEnd(search);
     expectFailure(tooLarge);
     EXPECT_EQ(search->task()->waitForExit(),
-              (platform::ChildExit{platform::ChildExit::Kind::signalled, SIGKILL}));
+              (platform::ChildExit{platform::ChildExit::Kind::Signalled, SIGKILL}));
 }
 
 TEST_F(NXPhotonSearchTest, a_flood_finds_its_pipe_closed_before_it_is_waited_for) {
@@ -223,7 +225,7 @@ TEST_F(NXPhotonSearchTest, a_flood_finds_its_pipe_closed_before_it_is_waited_for
     runToTheEnd(search);
     expectFailure(tooLarge);
     EXPECT_EQ(search->task()->waitForExit(),
-              (platform::ChildExit{platform::ChildExit::Kind::signalled, SIGPIPE}));
+              (platform::ChildExit{platform::ChildExit::Kind::Signalled, SIGPIPE}));
 }
 
 TEST_F(NXPhotonSearchTest, a_process_that_holds_the_pipe_open_keeps_nobody_waiting) {
@@ -246,7 +248,7 @@ TEST_F(NXPhotonSearchTest, a_child_that_still_runs_when_the_time_is_up_is_stoppe
     runToTheEnd(search);
     expectFailure(watchdogTimedOut);
     EXPECT_EQ(search->task()->waitForExit(),
-              (platform::ChildExit{platform::ChildExit::Kind::signalled, SIGTERM}));
+              (platform::ChildExit{platform::ChildExit::Kind::Signalled, SIGTERM}));
     EXPECT_FALSE(search->finish(QByteArray("late"), QString()));
     QCoreApplication::processEvents();
     EXPECT_EQ(deliveries_, 1);
@@ -276,7 +278,7 @@ TEST_F(NXPhotonSearchTest, a_cancel_before_the_end_delivers_nothing_and_stops_th
     EXPECT_FALSE(search->completed());
     EXPECT_FALSE(search->completion());
     EXPECT_EQ(child->waitForExit(),
-              (platform::ChildExit{platform::ChildExit::Kind::signalled, SIGTERM}));
+              (platform::ChildExit{platform::ChildExit::Kind::Signalled, SIGTERM}));
     EXPECT_FALSE(search->finish(QByteArray("late"), QString()));
     search.reset();
     // Gone only after the watchdog, which had nothing to do.
@@ -328,7 +330,7 @@ TEST_F(NXPhotonSearchTest, a_request_that_was_cancelled_does_not_start) {
 
 TEST_F(NXPhotonSearchTest, the_first_to_finish_wins_and_needs_no_completion) {
     const auto search = NXPhotonSearch::make();
-    EXPECT_TRUE(search->finish(std::nullopt, QStringLiteral("first")));
+    EXPECT_TRUE(search->finish(std::nullopt, u"first"_s));
     EXPECT_FALSE(search->finish(QByteArray("second"), QString()));
     EXPECT_TRUE(search->completed());
 }
@@ -387,7 +389,7 @@ TEST_F(NXPhotonSearchTest, requests_are_cancelled_at_any_moment_without_a_late_w
 TEST_F(NXPhotonSearchTest, the_real_curl_finds_nobody_at_a_closed_port) {
     if (!std::filesystem::exists(PhotonTransport().program))
         GTEST_SKIP() << "no curl here";
-    runToTheEnd(NXPhotonSearch::make(), QUrl(QStringLiteral("https://127.0.0.1:1/api/?q=Ulm")));
+    runToTheEnd(NXPhotonSearch::make(), QUrl(u"https://127.0.0.1:1/api/?q=Ulm"_s));
     expectFailure(unreachable);
 }
 

@@ -1,4 +1,4 @@
-#include "PhotonAnswer.h"
+#include "search/PhotonAnswer.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+using namespace search;
 
 namespace {
 

@@ -1,9 +1,11 @@
-#include "PhotonQuery.h"
-#include "NXText.h"
+#include "search/PhotonQuery.h"
+
+#include "search/NXText.h"
 
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+using namespace search;
 
 namespace {
 

@@ -1,10 +1,9 @@
-#include "PhotonTransfer.h"
+#include "search/PhotonTransfer.h"
 
-#include "Pipe.h"
-
-#include <gtest/gtest.h>
+#include "platform/Pipe.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -12,12 +11,15 @@
 #include <string>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+using namespace search;
+
 using platform::ChildExit;
 
 namespace {
 
 ChildExit exited(int status) {
-    return {ChildExit::Kind::exited, status};
+    return {ChildExit::Kind::Exited, status};
 }
 
 QByteArray bodyOf(const TransferResult& result) {
@@ -51,9 +53,7 @@ TEST(PhotonTransferTest, curl_gets_exactly_these_arguments) {
         "https://example.org/api/?q=Ulm&limit=8&lang=de",
     };
     ASSERT_EQ(expected.size(), 22U);
-    EXPECT_EQ(
-        photonArguments(QUrl(QStringLiteral("https://example.org/api/?q=Ulm&limit=8&lang=de"))),
-        expected);
+    EXPECT_EQ(photonArguments(QUrl(u"https://example.org/api/?q=Ulm&limit=8&lang=de"_s)), expected);
 }
 
 TEST(PhotonTransferTest, curl_gets_the_address_encoded_and_without_its_own_patterns) {
@@ -82,28 +82,28 @@ TEST(PhotonTransferTest, an_output_is_judged_by_the_table) {
         TransferFailure failure;
     };
     const Row failures[] = {
-        {exited(28), "\n200", TransferFailure::timedOut},
-        {exited(63), "\n200", TransferFailure::tooLarge},
-        {exited(22), "\n404", TransferFailure::notResponding},
-        {exited(22), "\n200", TransferFailure::notResponding},
-        {exited(6), "\n000", TransferFailure::unreachable},
-        {exited(7), "", TransferFailure::unreachable},
-        {exited(1), "\n200", TransferFailure::unreachable},
-        {exited(255), "\n200", TransferFailure::unreachable},
+        {exited(28), "\n200", TransferFailure::TimedOut},
+        {exited(63), "\n200", TransferFailure::TooLarge},
+        {exited(22), "\n404", TransferFailure::NotResponding},
+        {exited(22), "\n200", TransferFailure::NotResponding},
+        {exited(6), "\n000", TransferFailure::Unreachable},
+        {exited(7), "", TransferFailure::Unreachable},
+        {exited(1), "\n200", TransferFailure::Unreachable},
+        {exited(255), "\n200", TransferFailure::Unreachable},
         // A signal with the number of a known status is no status.
-        {{ChildExit::Kind::signalled, 28}, "\n200", TransferFailure::unreachable},
-        {{ChildExit::Kind::signalled, 9}, "\n200", TransferFailure::unreachable},
-        {{ChildExit::Kind::unknown, 0}, "\n200", TransferFailure::unreachable},
-        {exited(0), "{}\n201", TransferFailure::notResponding},
-        {exited(0), "\n204", TransferFailure::notResponding},
-        {exited(0), "{}\n301", TransferFailure::notResponding},
-        {exited(0), "{}\n2000", TransferFailure::notResponding},
-        {exited(0), "{}\n200\n", TransferFailure::notResponding},
-        {exited(0), "{}\r200", TransferFailure::notResponding},
-        {exited(0), "{}200", TransferFailure::notResponding},
-        {exited(0), "200", TransferFailure::notResponding},
-        {exited(0), "\n20", TransferFailure::notResponding},
-        {exited(0), "", TransferFailure::notResponding},
+        {{ChildExit::Kind::Signalled, 28}, "\n200", TransferFailure::Unreachable},
+        {{ChildExit::Kind::Signalled, 9}, "\n200", TransferFailure::Unreachable},
+        {{ChildExit::Kind::Unknown, 0}, "\n200", TransferFailure::Unreachable},
+        {exited(0), "{}\n201", TransferFailure::NotResponding},
+        {exited(0), "\n204", TransferFailure::NotResponding},
+        {exited(0), "{}\n301", TransferFailure::NotResponding},
+        {exited(0), "{}\n2000", TransferFailure::NotResponding},
+        {exited(0), "{}\n200\n", TransferFailure::NotResponding},
+        {exited(0), "{}\r200", TransferFailure::NotResponding},
+        {exited(0), "{}200", TransferFailure::NotResponding},
+        {exited(0), "200", TransferFailure::NotResponding},
+        {exited(0), "\n20", TransferFailure::NotResponding},
+        {exited(0), "", TransferFailure::NotResponding},
     };
     for (const Row& row : failures) {
         const TransferResult result = judgeTransfer(row.output, row.exit);
@@ -126,8 +126,7 @@ struct Source {
 
     TransferResult read() const { return readTransfer(output.readEnd.get(), exit.readEnd.get()); }
     void write(const std::string& text) const {
-        EXPECT_EQ(::write(output.writeEnd.get(), text.data(), text.size()),
-                  static_cast<ssize_t>(text.size()));
+        EXPECT_EQ(::write(output.writeEnd.get(), text.data(), text.size()), ssize_t(text.size()));
     }
     void end() const { EXPECT_EQ(::write(exit.writeEnd.get(), "", 1), 1); }
 
@@ -176,7 +175,7 @@ TEST(PhotonTransferTest, an_output_is_read_up_to_the_limit_and_no_further) {
                                                 std::min(left, block.size()));
                 if (written < 0)
                     return; // the reader has turned away
-                left -= static_cast<std::size_t>(written);
+                left -= std::size_t(written);
             }
             source.output.writeEnd.reset();
         });
@@ -184,9 +183,9 @@ TEST(PhotonTransferTest, an_output_is_read_up_to_the_limit_and_no_further) {
         source.output.readEnd.reset();
         curl.join();
         if (row.accepted)
-            EXPECT_EQ(bodyOf(result).size(), static_cast<qsizetype>(row.size));
+            EXPECT_EQ(bodyOf(result).size(), qsizetype(row.size));
         else
-            EXPECT_EQ(std::get<TransferFailure>(result), TransferFailure::tooLarge);
+            EXPECT_EQ(std::get<TransferFailure>(result), TransferFailure::TooLarge);
     }
     ::signal(SIGPIPE, before);
 }
@@ -195,7 +194,7 @@ TEST(PhotonTransferTest, an_output_that_cannot_be_read_is_a_failure_of_its_own) 
     const Source source;
     const platform::UniqueFd folder(::open("/", O_RDONLY | O_DIRECTORY));
     EXPECT_EQ(std::get<TransferFailure>(readTransfer(folder.get(), source.exit.readEnd.get())),
-              TransferFailure::unreadable);
+              TransferFailure::Unreadable);
 }
 
 } // namespace

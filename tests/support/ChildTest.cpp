@@ -67,7 +67,7 @@ std::string readToEnd(int descriptor) {
             continue;
         if (got <= 0)
             return text;
-        text.append(block, static_cast<std::size_t>(got));
+        text.append(block, std::size_t(got));
     }
 }
 

@@ -25,8 +25,7 @@ public:
     const std::filesystem::path& path() const { return path_; }
 
     std::size_t entries() const {
-        return static_cast<std::size_t>(
-            std::distance(std::filesystem::directory_iterator(path_), {}));
+        return std::size_t(std::distance(std::filesystem::directory_iterator(path_), {}));
     }
 
 private:
@@ -46,5 +45,5 @@ inline void write(const std::filesystem::path& path, const std::string& content)
 inline int modeOf(const std::filesystem::path& path) {
     std::error_code failure;
     const auto status = std::filesystem::symlink_status(path, failure);
-    return std::filesystem::exists(status) ? static_cast<int>(status.permissions()) : -1;
+    return std::filesystem::exists(status) ? int(status.permissions()) : -1;
 }

@@ -46,7 +46,7 @@ void leaveChildBehind(bool keepsOutput) {
 int writeBytes(long count, const char* trailer) {
     const std::string block(65536, 'b');
     while (count > 0) {
-        const std::size_t part = count < 65536 ? static_cast<std::size_t>(count) : block.size();
+        const std::size_t part = count < 65536 ? std::size_t(count) : block.size();
         if (fwrite(block.data(), 1, part, stdout) != part)
             return 1;
         count -= static_cast<long>(part);
@@ -57,10 +57,9 @@ int writeBytes(long count, const char* trailer) {
 
 [[noreturn]] void flood() {
     const std::string block(65536, 'x');
-    for (;;) {
+    for (;;)
         if (write(STDOUT_FILENO, block.data(), block.size()) < 0)
             _exit(1);
-    }
 }
 
 // The numbers of the open descriptors, without the one that reads the list.
@@ -70,10 +69,9 @@ int printDescriptors() {
         folder = opendir("/dev/fd");
     if (folder == nullptr)
         return 1;
-    while (const dirent* entry = readdir(folder)) {
+    while (const dirent* entry = readdir(folder))
         if (entry->d_name[0] != '.' && std::atoi(entry->d_name) != dirfd(folder))
             std::printf("%s ", entry->d_name);
-    }
     closedir(folder);
     return 0;
 }
@@ -83,7 +81,7 @@ int printSignals() {
     sigset_t blocked;
     sigprocmask(SIG_SETMASK, nullptr, &blocked);
     for (int number = 1; number < NSIG; ++number) {
-        struct sigaction action {};
+        struct sigaction action{};
         if (sigismember(&blocked, number) == 1)
             std::printf("blocked %d ", number);
         if (sigaction(number, nullptr, &action) == 0 && action.sa_handler != SIG_DFL)
@@ -105,14 +103,14 @@ int run(const std::string& mode, const Arguments& arguments) {
         return index < arguments.size() ? std::atol(arguments[index]) : 0;
     };
     if (mode == "exit")
-        return static_cast<int>(number(0));
+        return int(number(0));
     if (mode == "crash") {
         signal(SIGSEGV, SIG_DFL);
         raise(SIGSEGV);
     } else if (mode == "die-by") {
-        raise(static_cast<int>(number(0)));
+        raise(int(number(0)));
     } else if (mode == "hang") {
-        std::printf("%d\n", static_cast<int>(getpid()));
+        std::printf("%d\n", int(getpid()));
         say("");
         hang();
     } else if (mode == "ignore-term") {
@@ -146,7 +144,7 @@ int run(const std::string& mode, const Arguments& arguments) {
         return writeBytes(number(0), arguments.size() > 1 ? arguments[1] : "");
     } else if (mode == "print-text-and-exit") { // TEXT STATUS
         say(arguments.empty() ? "" : arguments[0]);
-        return static_cast<int>(number(1));
+        return int(number(1));
     } else if (mode == "print-arguments") {
         for (const char* argument : arguments)
             fwrite(argument, 1, std::strlen(argument) + 1, stdout);
@@ -162,7 +160,7 @@ int run(const std::string& mode, const Arguments& arguments) {
     } else if (mode == "print-folder") {
         return printFolder();
     } else if (mode == "print-group") {
-        std::printf("%d %d", static_cast<int>(getpid()), static_cast<int>(getpgrp()));
+        std::printf("%d %d", int(getpid()), int(getpgrp()));
         return 0;
     } else if (mode == "count-input") {
         long count = 0;

@@ -6,7 +6,7 @@
 //   the
 //                                          child's output arrived whole
 
-#include "ChildProcess.h"
+#include "platform/ChildProcess.h"
 
 #include <unistd.h>
 
@@ -22,7 +22,7 @@ std::string readAll(int descriptor) {
         const ssize_t got = ::read(descriptor, block, sizeof block);
         if (got <= 0)
             return text;
-        text.append(block, static_cast<std::size_t>(got));
+        text.append(block, std::size_t(got));
     }
 }
 
@@ -37,7 +37,7 @@ int keep(const std::string& helper) {
     char line[32] = {};
     if (::read(pipe.readEnd.get(), line, sizeof line - 1) <= 0)
         return 4;
-    std::printf("%d %s", static_cast<int>(::getpid()), line);
+    std::printf("%d %s", int(::getpid()), line);
     std::fflush(stdout);
     for (;;)
         ::pause();

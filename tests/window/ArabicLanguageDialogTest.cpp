@@ -1,9 +1,11 @@
 // The language dialog of a window that is read from right to left.
 
 #include "LanguageWindowTest.h"
-#include "NXLocal.h"
+#include "localization/NXLocal.h"
 
 using namespace Qt::StringLiterals;
+using namespace app;
+using namespace localization;
 
 const ProgramLanguage programLanguage{"ar", ""};
 

@@ -1,11 +1,12 @@
 // The window from right to left: everything is mirrored but for addresses and coordinates.
 
-#include "Glyphs.h"
 #include "WindowTest.h"
+#include "look/controls/Glyphs.h"
 
 #include <QMenuBar>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 const ProgramLanguage programLanguage{"ar", ""};
 

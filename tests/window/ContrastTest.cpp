@@ -3,7 +3,7 @@
 
 #include "Geocoder.h"
 #include "RouteWindowTest.h"
-#include "ToolTip.h"
+#include "look/style/ToolTip.h"
 
 #include <QAbstractItemView>
 #include <QMenu>
@@ -13,6 +13,7 @@
 #include <cmath>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 const ProgramLanguage programLanguage{"de", "de"};
 
@@ -64,10 +65,9 @@ Reading read(const QImage& picture, const QRect& area) {
     const QRect inside =
         QRect(area.topLeft() * scale, area.size() * scale).intersected(picture.rect());
     QHash<QRgb, int> colours;
-    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+    for (int y = inside.top(); y <= inside.bottom(); ++y)
         for (int x = inside.left(); x <= inside.right(); ++x)
             ++colours[picture.pixel(x, y)];
-    }
     constexpr int least = 12;
     Reading found;
     int most = 0;
@@ -107,10 +107,9 @@ protected:
         SCOPED_TRACE(state);
         settle();
         const QImage picture = pictureOf(of);
-        for (const look::Label* label : shown<look::Label>(of)) {
+        for (const look::Label* label : shown<look::Label>(of))
             if (!label->text().isEmpty())
                 expectPart(picture, label, label->rect(), label->text(), enabledText);
-        }
         for (look::Button* button : shown<look::Button>(of))
             expectButton(picture, button);
         for (const QRadioButton* segment : shown<QRadioButton>(of))
@@ -174,10 +173,9 @@ protected:
     template<typename Control>
     static QList<Control*> shown(QWidget* of) {
         QList<Control*> controls;
-        for (Control* each : of->findChildren<Control*>()) {
+        for (Control* each : of->findChildren<Control*>())
             if (each->isVisible() && each->window() == of)
                 controls += each;
-        }
         return controls;
     }
 
@@ -211,10 +209,9 @@ protected:
 
     // Every button, segment and pop-up that can be used now, under the pointer and pressed.
     void hoverAndPressAll() {
-        for (look::Button* button : shown<look::Button>(window())) {
+        for (look::Button* button : shown<look::Button>(window()))
             if (button->isEnabled())
                 hoverAndPress(button, [&](const QImage& now) { expectButton(now, button); });
-        }
         for (QRadioButton* segment : shown<QRadioButton>(window())) {
             if (segment->isEnabled()) {
                 hoverAndPress(segment, [&](const QImage& now) {

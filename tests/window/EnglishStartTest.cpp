@@ -6,6 +6,7 @@
 #include <QMenuBar>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 const ProgramLanguage programLanguage{"en", "fr"};
 
@@ -59,10 +60,9 @@ TEST_F(EnglishStartTest, every_text_is_translated_but_for_the_kind_of_travel) {
         choices += segment->text();
     EXPECT_EQ(choices,
               QStringList({u"Place map"_s, u"Route"_s, u"Car"_s, u"Train"_s, u"Flight"_s}));
-    for (const char* name : {"radius", "endpoint"}) {
+    for (const char* name : {"radius", "endpoint"})
         for (int i = 0; i < popUp(name)->count(); ++i)
             choices += popUp(name)->itemText(i);
-    }
     EXPECT_EQ(choices.sliced(5),
               QStringList({u"400 m"_s, u"800 m"_s, u"1.2 km"_s, u"2 km"_s,
                            u"OpenStreetMap directly"_s, u"Overpass · Default"_s,

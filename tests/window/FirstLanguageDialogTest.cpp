@@ -3,6 +3,7 @@
 #include "LanguageWindowTest.h"
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 const ProgramLanguage programLanguage{"", "fr_CA"};
 

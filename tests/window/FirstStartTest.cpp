@@ -1,13 +1,15 @@
 // The first start of all: no language was chosen yet, and the system prefers French.
 
-#include "Language.h"
-#include "NXLocal.h"
 #include "WindowTest.h"
+#include "localization/Language.h"
+#include "localization/NXLocal.h"
 
 #include <QMenu>
 #include <QMenuBar>
 
 using namespace Qt::StringLiterals;
+using namespace app;
+using namespace localization;
 
 const ProgramLanguage programLanguage{"", "xx:fr_CA:de"};
 
@@ -23,9 +25,8 @@ public:
 
 protected:
     bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Show && !stored) {
+        if (event->type() == QEvent::Show && !stored)
             stored = contentOf(nxui::preferencePath(nxui::Product::ThreeD, nxui::homeDirectory()));
-        }
         return false;
     }
 };

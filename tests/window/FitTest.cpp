@@ -2,11 +2,11 @@
 // sizes, idle and busy, after a success and a failure, with every dialog. What was measured is left
 // as pictures in the folder that FIT_PICTURES names.
 
-#include "Fonts.h"
 #include "Geocoder.h"
-#include "LiteralText.h"
-#include "NXLocal.h"
 #include "RouteWindowTest.h"
+#include "localization/NXLocal.h"
+#include "look/text/Fonts.h"
+#include "look/text/LiteralText.h"
 
 #include <QFile>
 #include <QGlyphRun>
@@ -18,6 +18,8 @@
 #include <span>
 
 using namespace Qt::StringLiterals;
+using namespace app;
+using namespace localization;
 
 namespace {
 
@@ -143,10 +145,9 @@ protected:
 private:
     QList<QWidget*> shownDialogs() const {
         QList<QWidget*> shown;
-        for (look::Panel* panel : window()->findChildren<look::Panel*>()) {
+        for (look::Panel* panel : window()->findChildren<look::Panel*>())
             if (panel->isVisible())
                 shown += panel;
-        }
         return shown;
     }
 
@@ -172,10 +173,9 @@ private:
             EXPECT_GE(segments->width(), segments->sizeHint().width());
         for (const QCheckBox* box : shown<QCheckBox>(parent))
             EXPECT_GE(box->width(), box->sizeHint().width()) << box->text().toStdString();
-        for (look::PopUp* popUp : shown<look::PopUp>(parent)) {
+        for (look::PopUp* popUp : shown<look::PopUp>(parent))
             for (int i = 0; i < popUp->count(); ++i)
                 expectOneLine(popUp->itemText(i), popUp->font(), popUp->textRectangle().width());
-        }
         for (const look::Field* field : shown<look::Field>(parent))
             expectOneLine(field->placeholderText(), field->font(), field->width() - 2 * 11);
     }
@@ -231,10 +231,9 @@ private:
     template<typename Control>
     static QList<Control*> shown(QWidget* parent) {
         QList<Control*> controls;
-        for (Control* each : parent->findChildren<Control*>()) {
+        for (Control* each : parent->findChildren<Control*>())
             if (each->isVisible() && each->window() == parent->window())
                 controls += each;
-        }
         return controls;
     }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TemporaryFolder.h"
-#include "UniqueFd.h"
+#include "platform/UniqueFd.h"
 
 #include <QJsonObject>
 #include <QStringList>
@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+
+using namespace Qt::StringLiterals;
 
 // The sandbox's geocoder, which curl reaches over real TLS for as long as the tests of a program
 // run. It is no child of this process, so that "no child is left" can be asked without exception;
@@ -26,7 +28,7 @@ public:
 
     // From now on it answers `query`, or "*" all others, as `behaviour` says; the keys are those
     // that `sandbox/geocoder --help` lists.
-    void behave(const QJsonObject& behaviour, const QString& query = QStringLiteral("*"));
+    void behave(const QJsonObject& behaviour, const QString& query = u"*"_s);
 
     // The records of one kind ("request", "abandoned", ...) since the reset.
     QList<QJsonObject> records(const char* kind) const;

@@ -1,9 +1,10 @@
 // Where everything stands: x, y, width x height on the window's content, in logical pixels.
 
-#include "Glyphs.h"
 #include "WindowTest.h"
+#include "look/controls/Glyphs.h"
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 namespace {
 
@@ -21,19 +22,17 @@ protected:
     }
 
     QRect title() const {
-        for (const look::Label* label : window()->findChildren<look::Label*>()) {
+        for (const look::Label* label : window()->findChildren<look::Label*>())
             if (label->text() == u"Norvaxel 3D"_s)
                 return place(label);
-        }
         return {};
     }
 
     // The caption before a control of the same row.
     QRect caption(const QString& text) const {
-        for (const look::Label* label : window()->findChildren<look::Label*>()) {
+        for (const look::Label* label : window()->findChildren<look::Label*>())
             if (label->text() == text)
                 return place(label);
-        }
         return {};
     }
 

@@ -9,6 +9,7 @@
 #include <QTextLayout>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 namespace {
 

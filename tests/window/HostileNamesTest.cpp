@@ -1,18 +1,20 @@
 // Places whose names come from someone who means harm: shown as they are written, and nothing else
 // happens.
 
-#include "Fonts.h"
 #include "Geocoder.h"
-#include "ToolTip.h"
 #include "WindowTest.h"
+#include "look/style/ToolTip.h"
+#include "look/text/Fonts.h"
 
 #ifdef __linux__
-#include "UniqueFd.h"
+#include "platform/UniqueFd.h"
+
 #include <sys/inotify.h>
 #include <unistd.h>
 #endif
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 namespace {
 
@@ -85,10 +87,9 @@ protected:
 
     QMap<QString, QRect> layout() const {
         QMap<QString, QRect> places;
-        for (const QWidget* each : window()->centralWidget()->findChildren<QWidget*>()) {
+        for (const QWidget* each : window()->centralWidget()->findChildren<QWidget*>())
             if (each->isVisible() && each->objectName() != "placeholder"_L1)
                 places[each->objectName()] = place(each);
-        }
         return places;
     }
 

@@ -5,6 +5,7 @@
 #include "WindowTest.h"
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 namespace {
 

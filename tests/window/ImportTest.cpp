@@ -8,6 +8,7 @@
 #include <csignal>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 const ProgramLanguage programLanguage{"de", ""};
 

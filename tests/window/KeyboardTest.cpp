@@ -1,9 +1,9 @@
 // The window without a mouse: everything can be done with keys, and the keyboard always has a place
 // that shows. Every key goes to the window's own focus, as a person's does.
 
-#include "FocusRing.h"
-#include "Language.h"
 #include "RouteWindowTest.h"
+#include "localization/Language.h"
+#include "look/style/FocusRing.h"
 
 #include <QAbstractItemView>
 #include <QJsonArray>
@@ -12,6 +12,7 @@
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 const ProgramLanguage programLanguage{"de", ""};
 

@@ -2,11 +2,13 @@
 
 #include "Geocoder.h"
 #include "LanguageWindowTest.h"
-#include "NXLocal.h"
+#include "localization/NXLocal.h"
 
 #include <QListView>
 
 using namespace Qt::StringLiterals;
+using namespace app;
+using namespace localization;
 
 const ProgramLanguage programLanguage{"de", ""};
 
@@ -34,7 +36,7 @@ protected:
 
     static int itemOf(std::string_view code) {
         const auto found = std::ranges::find(nxui::languageCodes, code);
-        return static_cast<int>(found - nxui::languageCodes.begin()) + 1;
+        return int(found - nxui::languageCodes.begin()) + 1;
     }
 
     // Opens the dialog, chooses an item and takes it over.

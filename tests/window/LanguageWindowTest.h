@@ -1,7 +1,8 @@
 #pragma once
 
-#include "Language.h"
 #include "WindowTest.h"
+#include "localization/Language.h"
+using namespace app;
 
 // Base of the tests of the language dialog. Each ends with the stored language and the system's
 // languages as they were before it.

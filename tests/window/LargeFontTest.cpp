@@ -1,13 +1,14 @@
 // A desktop with large print: the design's sizes are logical pixels, and none of them moves.
 
 #include "RouteWindowTest.h"
-#include "Style.h"
-#include "ToolTip.h"
+#include "look/style/Style.h"
+#include "look/style/ToolTip.h"
 
 #include <QMenu>
 #include <QMenuBar>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 const ProgramLanguage programLanguage{"de", "de"};
 

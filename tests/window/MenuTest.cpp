@@ -8,6 +8,7 @@
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 namespace {
 
@@ -15,10 +16,9 @@ class MenuTest : public WindowTest {
 protected:
     QAction* item(const QString& title) const {
         for (const QAction* menu : window()->menuBar()->actions()) {
-            for (QAction* each : menu->menu()->actions()) {
+            for (QAction* each : menu->menu()->actions())
                 if (each->text() == title)
                     return each;
-            }
         }
         throw std::runtime_error("there is no item " + title.toStdString());
     }

@@ -4,6 +4,7 @@
 #include "WindowTest.h"
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Ending the program: every request takes one road, and nothing is left running.
 
-#include "Language.h"
 #include "RouteWindowTest.h"
-#include "StopChild.h"
 #include "WaitUntil.h"
+#include "localization/Language.h"
+#include "platform/StopChild.h"
 
 #include <QMenu>
 #include <QMenuBar>
@@ -13,6 +13,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using namespace app;
 
 const ProgramLanguage programLanguage{"de", ""};
 

@@ -1,10 +1,11 @@
 // The list of results: what is chosen, and what the window says of it.
 
 #include "Geocoder.h"
-#include "PlaceListModel.h"
 #include "WindowTest.h"
+#include "look/controls/PlaceListModel.h"
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 const ProgramLanguage programLanguage{"de", ""};
 
@@ -19,7 +20,9 @@ protected:
         geocoder.reset();
     }
 
-    PlaceListModel* model() const { return qobject_cast<PlaceListModel*>(list("table")->model()); }
+    look::PlaceListModel* model() const {
+        return qobject_cast<look::PlaceListModel*>(list("table")->model());
+    }
 };
 
 TEST_F(ResultsTest, an_empty_list_has_no_rows_and_a_text_instead) {
@@ -41,7 +44,7 @@ TEST_F(ResultsTest, a_row_is_read_as_its_name_and_its_detail) {
     searchResults(u"Ulm"_s);
     const QModelIndex row = model()->index(0, 0);
     EXPECT_EQ(row.data(Qt::DisplayRole), u"Ulm"_s);
-    EXPECT_EQ(row.data(PlaceListModel::DetailRole), u"Deutschland · 52.0000, 13.0000"_s);
+    EXPECT_EQ(row.data(look::PlaceListModel::DetailRole), u"Deutschland · 52.0000, 13.0000"_s);
     EXPECT_EQ(row.data(Qt::AccessibleTextRole), u"Ulm\nDeutschland · 52.0000, 13.0000"_s);
     EXPECT_EQ(rows(), QStringList(u"Ulm\nDeutschland · 52.0000, 13.0000"_s));
     const QPoint middle = list("table")->visualRect(row).center();
@@ -129,8 +132,8 @@ TEST_F(ResultsTest, a_row_that_is_gone_is_empty) {
     const QModelIndex last = model()->index(7, 0);
     EXPECT_TRUE(last.data().isValid());
     field("query")->clear();
-    for (const int role : {int(Qt::DisplayRole), PlaceListModel::DetailRole, int(Qt::ToolTipRole),
-                           int(Qt::AccessibleTextRole)})
+    for (const int role : {int(Qt::DisplayRole), look::PlaceListModel::DetailRole,
+                           int(Qt::ToolTipRole), int(Qt::AccessibleTextRole)})
         EXPECT_FALSE(model()->data(last, role).isValid());
 }
 

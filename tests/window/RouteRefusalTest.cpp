@@ -4,6 +4,7 @@
 #include "RouteWindowTest.h"
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 namespace {
 

@@ -361,3 +361,4 @@ TEST_F(RouteTest, a_package_without_its_pointer_is_no_failure) {
 } // namespace
 
 #include "RouteTest.moc"
+using namespace app;

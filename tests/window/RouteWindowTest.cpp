@@ -1,6 +1,7 @@
 #include "RouteWindowTest.h"
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 void RouteWindowTest::SetUp() {
     WindowTest::SetUp();

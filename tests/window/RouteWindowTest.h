@@ -3,6 +3,9 @@
 #include "Geocoder.h"
 #include "WindowTest.h"
 
+using namespace Qt::StringLiterals;
+using namespace app;
+
 // Base of the tests of routes: finds places of any name and makes them stations, by real events.
 class RouteWindowTest : public WindowTest {
 protected:
@@ -37,22 +40,22 @@ QByteArray waitingTool(const std::filesystem::path& gate);
 // What the window says of routes.
 namespace says {
 inline const QString resultChosen =
-    QStringLiteral("Treffer ausgewählt. Füge ihn deiner Route als Station hinzu.");
+    u"Treffer ausgewählt. Füge ihn deiner Route als Station hinzu."_s;
 inline const QString startSet =
-    QStringLiteral("Start gesetzt. Suche jetzt dein Ziel und füge es als Station hinzu.");
+    u"Start gesetzt. Suche jetzt dein Ziel und füge es als Station hinzu."_s;
 inline const QString stationAdded =
-    QStringLiteral("Station hinzugefügt. Reihenfolge prüfen und Route berechnen.");
+    u"Station hinzugefügt. Reihenfolge prüfen und Route berechnen."_s;
 inline const QString stationRemoved =
-    QStringLiteral("Station entfernt. Mindestens zwei Stationen bilden eine Route.");
+    u"Station entfernt. Mindestens zwei Stationen bilden eine Route."_s;
 inline const QString stationMoved =
-    QStringLiteral("Reihenfolge geändert. Die Route wird in dieser Reihenfolge berechnet.");
+    u"Reihenfolge geändert. Die Route wird in dieser Reihenfolge berechnet."_s;
 inline const QString routeLoading =
-    QStringLiteral("Route, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken "
-                   "brauchen einige Minuten …");
-inline const QString routeStopping = QStringLiteral("Routenberechnung wird beendet …");
+    u"Route, Gebäude und Gelände werden für Norvaxel 3D geladen. Lange Strecken "
+    "brauchen einige Minuten …"_s;
+inline const QString routeStopping = u"Routenberechnung wird beendet …"_s;
 inline const QString routeCancelled =
-    QStringLiteral("Routenberechnung abgebrochen. Deine Stationen bleiben erhalten.");
+    u"Routenberechnung abgebrochen. Deine Stationen bleiben erhalten."_s;
 inline const QString routeFinished =
-    QStringLiteral("Norvaxel-3D-Paket fertig: Route, Gebäude und Gelände – im Plugin »Letzten "
-                   "Import laden« wählen. Das Paket rendert offline.");
+    u"Norvaxel-3D-Paket fertig: Route, Gebäude und Gelände – im Plugin »Letzten "
+    "Import laden« wählen. Das Paket rendert offline."_s;
 } // namespace says

@@ -2,13 +2,13 @@
 // cut off, and nothing stands elsewhere than at scale 1. What was measured is left as pictures in
 // the folder that FIT_PICTURES names. Pictures are what really reached the screen.
 
-#include "Colours.h"
 #include "Geocoder.h"
-#include "Glyphs.h"
-#include "LiteralText.h"
-#include "NXLocal.h"
 #include "RouteWindowTest.h"
-#include "ToolTip.h"
+#include "localization/NXLocal.h"
+#include "look/controls/Glyphs.h"
+#include "look/style/Colours.h"
+#include "look/style/ToolTip.h"
+#include "look/text/LiteralText.h"
 
 #include <QBackingStore>
 #include <QMenu>
@@ -18,6 +18,8 @@
 #include <cmath>
 
 using namespace Qt::StringLiterals;
+using namespace app;
+using namespace localization;
 
 const ProgramLanguage programLanguage{"de", "de"};
 
@@ -143,9 +145,8 @@ protected:
             const std::vector<Stretch> found = stretches(picture, from, to);
             EXPECT_EQ(found.size(), parts) << what << ' ' << side << ": " << describe(found);
             EXPECT_EQ(found.front().length, out) << what << ' ' << side << ": " << describe(found);
-            if (parts == 3) {
-                EXPECT_EQ(found[1].length, lineWidth()) << what << ": " << describe(found);
-            }
+            EXPECT_EQ(found[1].length, parts == 3 ? lineWidth() : found[1].length)
+                << what << ": " << describe(found);
         };
         expect({left - out, middle.y()}, {left + in, middle.y()}, 2, "left");
         expect({right + out, middle.y()}, {right - in, middle.y()}, 2, "right");
@@ -160,10 +161,9 @@ protected:
     template<typename Control>
     QList<Control*> shown(QWidget* of) const {
         QList<Control*> controls;
-        for (Control* each : of->findChildren<Control*>()) {
+        for (Control* each : of->findChildren<Control*>())
             if (each->isVisible() && each->window() == of)
                 controls += each;
-        }
         return controls;
     }
 
@@ -212,10 +212,9 @@ protected:
         const QRgb ink = extreme(picture, {QPoint(left, top), QPoint(right - 1, bottom - 1)});
         int last = -1;
         for (int y = top; y < bottom; ++y) {
-            for (int x = left; x < right; ++x) {
+            for (int x = left; x < right; ++x)
                 if (!isClose(picture.pixel(x, y), ground))
                     last = y;
-            }
         }
         ASSERT_GT(last, top) << what << ": no text";
         int full = 0;

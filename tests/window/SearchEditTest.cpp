@@ -1,9 +1,9 @@
 // A person who does not wait: edits, cancels and new searches while one runs.
 
 #include "Geocoder.h"
-#include "MainQueue.h"
 #include "WaitUntil.h"
 #include "WindowTest.h"
+#include "platform/MainQueue.h"
 
 #include <QClipboard>
 #include <QDropEvent>
@@ -11,6 +11,7 @@
 #include <QMimeData>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 namespace {
 

@@ -6,6 +6,7 @@
 #include <QJsonArray>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 const ProgramLanguage programLanguage{"de", ""};
 

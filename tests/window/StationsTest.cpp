@@ -5,6 +5,7 @@
 #include <QScrollBar>
 
 using namespace Qt::StringLiterals;
+using namespace app;
 
 const ProgramLanguage programLanguage{"de", ""};
 

@@ -1,11 +1,11 @@
 // The main of every window test: surroundings of its own, then the application, then the tests.
 
 #include "Application.h"
-#include "Fonts.h"
-#include "Language.h"
 #include "Messages.h"
-#include "Style.h"
 #include "TemporaryFolder.h"
+#include "localization/Language.h"
+#include "look/style/Style.h"
+#include "look/text/Fonts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,11 @@
 #include "WindowTest.h"
 
 #include "Messages.h"
-#include "ToolTip.h"
+#include "look/style/ToolTip.h"
 
 #include <QClipboard>
 #include <QHelpEvent>
+using namespace app;
 
 void settle() {
     QCoreApplication::sendPostedEvents();

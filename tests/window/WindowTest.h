@@ -1,18 +1,18 @@
 #pragma once
 
 #include "Application.h"
-#include "Button.h"
 #include "ChildTest.h"
-#include "Field.h"
 #include "ImporterTool.h"
-#include "Label.h"
-#include "NXImportApp.h"
-#include "Panel.h"
-#include "PlaceList.h"
-#include "PopUp.h"
-#include "Segments.h"
-#include "Spinner.h"
 #include "TemporaryFolder.h"
+#include "app/NXImportApp.h"
+#include "look/controls/Button.h"
+#include "look/controls/Field.h"
+#include "look/controls/Panel.h"
+#include "look/controls/PlaceList.h"
+#include "look/controls/PopUp.h"
+#include "look/controls/Segments.h"
+#include "look/controls/Spinner.h"
+#include "look/text/Label.h"
 
 #include <QAccessible>
 #include <QCheckBox>
@@ -20,6 +20,9 @@
 #include <QTest>
 
 #include <optional>
+
+using namespace Qt::StringLiterals;
+using namespace app;
 
 // For readable failures.
 inline void PrintTo(const QString& text, std::ostream* out) {
@@ -113,27 +116,23 @@ void settle();
 
 // What the window says.
 namespace says {
-inline const QString ready = QStringLiteral("Gib einen Ort ein und starte die Suche.");
-inline const QString searching = QStringLiteral("Orte werden gesucht …");
-inline const QString choose = QStringLiteral(
-    "Wähle einen Treffer aus. Gleichnamige Orte stehen mit Region und Land in der Liste.");
-inline const QString chosen =
-    QStringLiteral("Ort ausgewählt. Umkreis festlegen und Ortsdaten laden.");
-inline const QString nothing =
-    QStringLiteral("Kein Ort gefunden. Ergänze den Namen um Land oder Region.");
-inline const QString badQuery =
-    QStringLiteral("Bitte einen Ortsnamen mit höchstens 300 Zeichen eingeben.");
-inline const QString unreadable =
-    QStringLiteral("Die Ortssuche hat eine unlesbare Antwort geliefert.");
-inline const QString searchCancelled = QStringLiteral("Suche abgebrochen.");
-inline const QString firstHint = QStringLiteral("Suchergebnisse · wähle einen Ort aus");
-inline const QString loading = QStringLiteral(
-    "Ortsdaten, Gebäude und Gelände werden für Norvaxel 3D geladen. Das kann etwas dauern …");
+inline const QString ready = u"Gib einen Ort ein und starte die Suche."_s;
+inline const QString searching = u"Orte werden gesucht …"_s;
+inline const QString choose =
+    u"Wähle einen Treffer aus. Gleichnamige Orte stehen mit Region und Land in der Liste."_s;
+inline const QString chosen = u"Ort ausgewählt. Umkreis festlegen und Ortsdaten laden."_s;
+inline const QString nothing = u"Kein Ort gefunden. Ergänze den Namen um Land oder Region."_s;
+inline const QString badQuery = u"Bitte einen Ortsnamen mit höchstens 300 Zeichen eingeben."_s;
+inline const QString unreadable = u"Die Ortssuche hat eine unlesbare Antwort geliefert."_s;
+inline const QString searchCancelled = u"Suche abgebrochen."_s;
+inline const QString firstHint = u"Suchergebnisse · wähle einen Ort aus"_s;
+inline const QString loading =
+    u"Ortsdaten, Gebäude und Gelände werden für Norvaxel 3D geladen. Das kann etwas dauern …"_s;
 inline const QString finished =
-    QStringLiteral("Norvaxel-3D-Paket fertig – im Plugin »Letzten Import laden« wählen.");
+    u"Norvaxel-3D-Paket fertig – im Plugin »Letzten Import laden« wählen."_s;
 inline const QString importCancelled =
-    QStringLiteral("Import abgebrochen. Du kannst einen anderen Ort oder Umkreis wählen.");
+    u"Import abgebrochen. Du kannst einen anderen Ort oder Umkreis wählen."_s;
 inline const QString routeReady =
-    QStringLiteral("Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. "
-                   "Mindestens zwei Stationen sind nötig.");
+    u"Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. "
+    "Mindestens zwei Stationen sind nötig."_s;
 } // namespace says

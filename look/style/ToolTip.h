@@ -9,8 +9,9 @@ class QWidget;
 namespace look {
 
 // The one way to a tooltip: plain text whatever it holds, wrapped at 360 pixels, at most 24 lines
-// and never longer than the screen is high. Stays until the pointer leaves the widget or anything is pressed.
-// `position`: the pointer, in screen coordinates. An empty text hides the tooltip. Main thread.
+// and never longer than the screen is high. Stays until the pointer leaves the widget or anything
+// is pressed. `position`: the pointer, in screen coordinates. An empty text hides the tooltip. Main
+// thread.
 void showToolTip(const QPoint& position, const QString& text, QWidget* owner);
 void hideToolTip();
 

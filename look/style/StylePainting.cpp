@@ -1,12 +1,12 @@
-#include "StylePainting.h"
+#include "look/style/StylePainting.h"
 
-#include "Button.h"
-#include "Colours.h"
-#include "Field.h"
-#include "Fonts.h"
-#include "Glyphs.h"
-#include "LiteralText.h"
-#include "Shapes.h"
+#include "look/controls/Button.h"
+#include "look/controls/Field.h"
+#include "look/controls/Glyphs.h"
+#include "look/style/Colours.h"
+#include "look/style/Shapes.h"
+#include "look/text/Fonts.h"
+#include "look/text/LiteralText.h"
 
 #include <QPainter>
 #include <QStyleOption>
@@ -31,25 +31,20 @@ constexpr Face prominentDisabledFace{colours::prominentDisabled, colours::promin
                                      colours::prominentDisabledText};
 
 Face pushFaceFor(QStyle::State state) {
-    if (!(state & QStyle::State_Enabled)) {
+    if (!(state & QStyle::State_Enabled))
         return pushDisabledFace;
-    }
-    if (state & (QStyle::State_Sunken | QStyle::State_On)) {
+    if (state & (QStyle::State_Sunken | QStyle::State_On))
         return pushPressedFace;
-    }
     return state & QStyle::State_MouseOver ? pushHoverFace : pushFace;
 }
 
 Face prominentFaceFor(QStyle::State state) {
-    if (!(state & QStyle::State_Enabled)) {
+    if (!(state & QStyle::State_Enabled))
         return prominentDisabledFace;
-    }
-    if (!(state & QStyle::State_Active)) {
+    if (!(state & QStyle::State_Active))
         return pushFaceFor(state);
-    }
-    if (state & QStyle::State_Sunken) {
+    if (state & QStyle::State_Sunken)
         return prominentPressedFace;
-    }
     return state & QStyle::State_MouseOver ? prominentHoverFace : prominentFace;
 }
 
@@ -68,9 +63,8 @@ QString withoutMnemonic(const QString& text) {
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (text.at(i) == u'&') {
             ++i;
-            if (i == text.size()) {
+            if (i == text.size())
                 break;
-            }
         }
         shown += text.at(i);
     }
@@ -129,9 +123,8 @@ void drawField(QPainter& painter, const QStyleOption& option, const QWidget* wid
             fill = colours::fieldReadOnly;
             line = colours::borderReadOnly;
         }
-        if (option.state & QStyle::State_HasFocus && option.state & QStyle::State_Active) {
+        if (option.state & QStyle::State_HasFocus && option.state & QStyle::State_Active)
             line = colours::focusLine;
-        }
     }
     drawBordered(painter, option.rect, radius, fill, line);
 }
@@ -146,16 +139,14 @@ void drawCheckBox(QPainter& painter, const QStyleOption& option) {
     const bool isEnabled = option.state & QStyle::State_Enabled;
     const bool isOn = option.state & QStyle::State_On;
     const QRect box = option.rect;
-    if (!isEnabled) {
+    if (!isEnabled)
         drawBordered(painter, box, 3.5, colours::pillDisabled, colours::checkBoxDisabledLine);
-    } else if (isOn) {
+    else if (isOn)
         drawBordered(painter, box, 3.5, colours::prominent, colours::prominentTop);
-    } else {
+    else
         drawBordered(painter, box, 3.5, colours::push, colours::pushTop);
-    }
-    if (isOn) {
+    if (isOn)
         drawBoxTick(painter, box.topLeft(), isEnabled ? colours::white : colours::pillDisabledText);
-    }
 }
 
 void drawCheckBoxTitle(QPainter& painter, const QStyleOptionButton& option) {
@@ -168,9 +159,8 @@ void drawCheckBoxTitle(QPainter& painter, const QStyleOptionButton& option) {
 }
 
 void drawScrollThumb(QPainter& painter, const QStyleOptionSlider& option, const QRect& thumb) {
-    if (thumb.isEmpty()) {
+    if (thumb.isEmpty())
         return;
-    }
     QRgb fill = colours::thumb;
     if (!(option.state & QStyle::State_Enabled)) {
         fill = colours::thumbDisabled;
@@ -220,13 +210,11 @@ void drawMenuRow(QPainter& painter, const QStyleOptionMenuItem& option) {
 }
 
 QSize menuRowSize(const QStyleOptionMenuItem& option, const QSize& contents) {
-    if (option.menuItemType == QStyleOptionMenuItem::Separator) {
+    if (option.menuItemType == QStyleOptionMenuItem::Separator)
         return {contents.width(), 9};
-    }
     int width = contents.width() + 26 + 8;
-    if (option.text.contains(u'\t')) {
+    if (option.text.contains(u'\t'))
         width += 24;
-    }
     return {width, 24};
 }
 

@@ -1,10 +1,10 @@
-#include "PlaceRowDelegate.h"
+#include "look/controls/PlaceRowDelegate.h"
 
-#include "Colours.h"
-#include "Fonts.h"
-#include "LiteralText.h"
-#include "Shapes.h"
-#include "ToolTip.h"
+#include "look/style/Colours.h"
+#include "look/style/Shapes.h"
+#include "look/style/ToolTip.h"
+#include "look/text/Fonts.h"
+#include "look/text/LiteralText.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -34,15 +34,13 @@ RowColours coloursFor(const QStyleOptionViewItem& option) {
     if (isSelected) {
         const bool isFocused =
             option.state & QStyle::State_Active && option.widget && option.widget->hasFocus();
-        if (isFocused) {
+        if (isFocused)
             return {true, colours::selection, colours::white, colours::selectionDetail};
-        }
         return {true, colours::selectionUnfocused, colours::label,
                 colours::selectionUnfocusedDetail};
     }
-    if (option.state & QStyle::State_MouseOver) {
+    if (option.state & QStyle::State_MouseOver)
         return {true, colours::rowHover, colours::labelOnWell, colours::secondaryOnWell};
-    }
     return {};
 }
 
@@ -61,9 +59,8 @@ void PlaceRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     const QRect row(option.rect.left(), option.rect.top(), option.rect.width(), rowHeight);
     const RowColours look = coloursFor(option);
     painter->save();
-    if (look.isFilled) {
+    if (look.isFilled)
         fillRounded(*painter, row.adjusted(3, 2, -3, -2), 5, look.fill);
-    }
     const QRect text = row.adjusted(textInset, 0, -textInset, 0);
     drawText(*painter, QRect(text.left(), row.top() + 7, text.width(), 17),
              index.data(Qt::DisplayRole).toString(), look::fontForNames(14, QFont::Medium),
@@ -82,9 +79,8 @@ QSize PlaceRowDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
 
 bool PlaceRowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                                  const QStyleOptionViewItem& /*option*/, const QModelIndex& index) {
-    if (event->type() != QEvent::ToolTip) {
+    if (event->type() != QEvent::ToolTip)
         return false;
-    }
     showToolTip(event->globalPos(), index.data(Qt::ToolTipRole).toString(), view->viewport());
     return true;
 }

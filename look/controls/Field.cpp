@@ -1,7 +1,7 @@
-#include "Field.h"
+#include "look/controls/Field.h"
 
-#include "Colours.h"
-#include "Fonts.h"
+#include "look/style/Colours.h"
+#include "look/text/Fonts.h"
 
 #include <QGuiApplication>
 #include <QPainter>
@@ -24,9 +24,8 @@ int Field::cornerRadius() const {
 
 void Field::paintEvent(QPaintEvent* event) {
     QLineEdit::paintEvent(event);
-    if (!isCursorShown_ || isReadOnly() || !hasFocus() || hasSelectedText()) {
+    if (!isCursorShown_ || isReadOnly() || !hasFocus() || hasSelectedText())
         return;
-    }
     // The toolkit's rectangle is five pixels wider than its cursor on the left.
     const QRect around = cursorRect();
     QPainter painter(this);
@@ -57,28 +56,24 @@ void Field::timerEvent(QTimerEvent* event) {
 
 void Field::changeEvent(QEvent* event) {
     QLineEdit::changeEvent(event);
-    if (event->type() == QEvent::LayoutDirectionChange) {
+    if (event->type() == QEvent::LayoutDirectionChange)
         alignToLeadingEdge();
-    }
 }
 
 bool Field::event(QEvent* event) {
-    if (event->type() == QEvent::ReadOnlyChange) {
+    if (event->type() == QEvent::ReadOnlyChange)
         takeTextColour();
-    }
     return QLineEdit::event(event);
 }
 
 // After every key the cursor is visible for a whole half period, so that it never seems lost.
 void Field::showCursor() {
-    if (!hasFocus()) {
+    if (!hasFocus())
         return;
-    }
     isCursorShown_ = true;
     const int period = QGuiApplication::styleHints()->cursorFlashTime();
-    if (period > 0) {
+    if (period > 0)
         blink_.start(period / 2, this);
-    }
     update();
 }
 

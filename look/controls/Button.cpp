@@ -1,7 +1,7 @@
-#include "Button.h"
+#include "look/controls/Button.h"
 
-#include "Fonts.h"
-#include "ToolTip.h"
+#include "look/style/ToolTip.h"
+#include "look/text/Fonts.h"
 
 #include <QHelpEvent>
 #include <QShortcutEvent>
@@ -40,13 +40,11 @@ void Button::setTitle(const QString& title) {
 // A description of its own comes before the tooltip, which the toolkit reads out otherwise. Nothing
 // is measured for who cannot see the button yet.
 void Button::describe() {
-    if (!isVisible()) {
+    if (!isVisible())
         return;
-    }
     const QString description = toolTip().isEmpty() && isElided() ? title() : QString();
-    if (accessibleDescription() != description) {
+    if (accessibleDescription() != description)
         setAccessibleDescription(description);
-    }
 }
 
 int Button::sidePadding() const {
@@ -77,12 +75,10 @@ bool Button::isElided() const {
 
 QSize Button::sizeHint() const {
     int width = title_.naturalWidth(font()) + 2 * sidePadding();
-    if (glyph_ != ButtonGlyph::None) {
+    if (glyph_ != ButtonGlyph::None)
         width += glyphRoom;
-    }
-    if (kind_ == ButtonKind::Prominent) {
+    if (kind_ == ButtonKind::Prominent)
         width = qMax(width, prominentMinimumWidth);
-    }
     return {width, kind_ == ButtonKind::Small ? 24 : 32};
 }
 
@@ -110,9 +106,8 @@ bool Button::event(QEvent* event) {
     case QEvent::WindowActivate:
     case QEvent::WindowDeactivate:
         // Disabled it looks the same in both.
-        if (kind_ == ButtonKind::Prominent && isEnabled()) {
+        if (kind_ == ButtonKind::Prominent && isEnabled())
             update();
-        }
         break;
     default:
         break;

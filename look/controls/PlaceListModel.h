@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+namespace look {
+
 // What one two-line row shows.
 struct PlaceRow {
     QString name;
@@ -30,3 +32,5 @@ public:
 private:
     QList<PlaceRow> rows_;
 };
+
+} // namespace look

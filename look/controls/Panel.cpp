@@ -1,11 +1,11 @@
-#include "Panel.h"
+#include "look/controls/Panel.h"
 
-#include "Accessibility.h"
-#include "Button.h"
-#include "Colours.h"
-#include "Glyphs.h"
-#include "Label.h"
-#include "Shapes.h"
+#include "look/accessibility/Accessibility.h"
+#include "look/controls/Button.h"
+#include "look/controls/Glyphs.h"
+#include "look/style/Colours.h"
+#include "look/style/Shapes.h"
+#include "look/text/Label.h"
 
 #include <QBoxLayout>
 #include <QPainter>
@@ -79,11 +79,10 @@ void Panel::setButtons(const QString& prominentTitle, const QString& otherTitle)
 }
 
 void Panel::reject() {
-    if (otherButton_) {
+    if (otherButton_)
         QDialog::reject();
-    } else {
+    else
         accept();
-    }
 }
 
 void Panel::paintEvent(QPaintEvent* /*event*/) {
@@ -93,9 +92,8 @@ void Panel::paintEvent(QPaintEvent* /*event*/) {
 
 void Panel::resizeEvent(QResizeEvent* event) {
     QDialog::resizeEvent(event);
-    if (needsWindowShape()) {
+    if (needsWindowShape())
         setMask(roundedRegion(rect(), cornerRadius));
-    }
 }
 
 void Panel::showEvent(QShowEvent* event) {

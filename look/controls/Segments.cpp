@@ -1,11 +1,11 @@
-#include "Segments.h"
+#include "look/controls/Segments.h"
 
-#include "Accessibility.h"
-#include "Colours.h"
-#include "Fonts.h"
-#include "LiteralText.h"
-#include "Shapes.h"
-#include "ToolTip.h"
+#include "look/accessibility/Accessibility.h"
+#include "look/style/Colours.h"
+#include "look/style/Shapes.h"
+#include "look/style/ToolTip.h"
+#include "look/text/Fonts.h"
+#include "look/text/LiteralText.h"
 
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -27,9 +27,8 @@ public:
         setTitle(title);
         // Also when assistive technology toggles it.
         connect(this, &QAbstractButton::toggled, parent, [this](bool isOn) {
-            if (isOn) {
+            if (isOn)
                 segments_->choose(this);
-            }
         });
     }
 
@@ -106,9 +105,8 @@ Segments::Segments(SegmentsKind kind, const QStringList& titles, QWidget* parent
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     const QFont font = look::font(kind == SegmentsKind::Mode ? 13 : 12, QFont::Medium);
     segments_.reserve(size_t(titles.size()));
-    for (const QString& title : titles) {
+    for (const QString& title : titles)
         segments_.push_back(new Segment(title, font, this));
-    }
     if (!segments_.empty()) {
         setFocusProxy(segments_.front());
         segments_.front()->setFocusPolicy(Qt::StrongFocus);
@@ -127,9 +125,8 @@ void Segments::setSelectedSegment(int index) {
         // Where nothing is selected, the keyboard enters at the first segment.
         const bool isEntrance = i == qMax(selected_, 0);
         segment->setFocusPolicy(isEntrance ? Qt::StrongFocus : Qt::ClickFocus);
-        if (isEntrance) {
+        if (isEntrance)
             setFocusProxy(segment);
-        }
         segment->update(); // its divider depends on its neighbour
     }
 }
@@ -153,9 +150,8 @@ bool Segments::hasDividerAfter(const Segment* segment) const {
 int Segments::segmentWidth() const {
     constexpr int padding = 8;
     int width = kind_ == SegmentsKind::Mode ? 100 : 46;
-    for (const Segment* segment : segments_) {
+    for (const Segment* segment : segments_)
         width = qMax(width, segment->titleWidth() + 2 * padding);
-    }
     return width;
 }
 
@@ -176,9 +172,8 @@ void Segments::resizeEvent(QResizeEvent* /*event*/) {
 
 void Segments::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::LayoutDirectionChange) {
+    if (event->type() == QEvent::LayoutDirectionChange)
         place();
-    }
 }
 
 void Segments::place() {
@@ -199,16 +194,14 @@ void Segments::choose(const Segment* segment) {
     const int index = indexOf(segment);
     const bool isChange = index != selected_;
     setSelectedSegment(index);
-    if (isChange) {
+    if (isChange)
         Q_EMIT selectionChanged(index);
-    }
 }
 
 void Segments::moveFrom(const Segment* segment, int step) {
     const int index = selected_ < 0 ? indexOf(segment) : selected_ + step;
-    if (index < 0 || index >= count()) {
+    if (index < 0 || index >= count())
         return;
-    }
     Segment* next = segments_[size_t(index)];
     next->setFocus(Qt::TabFocusReason);
     // Last: a slot may disable or delete anything.

@@ -1,7 +1,7 @@
-#include "PopUp.h"
+#include "look/controls/PopUp.h"
 
-#include "LiteralText.h"
-#include "ToolTip.h"
+#include "look/style/ToolTip.h"
+#include "look/text/LiteralText.h"
 
 #include <QHelpEvent>
 #include <QStyle>

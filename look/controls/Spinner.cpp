@@ -1,6 +1,6 @@
-#include "Spinner.h"
+#include "look/controls/Spinner.h"
 
-#include "Colours.h"
+#include "look/style/Colours.h"
 
 #include <QPainter>
 #include <QTimerEvent>
@@ -13,14 +13,12 @@ Spinner::Spinner(QWidget* parent) : QWidget(parent) {
 }
 
 void Spinner::setTurning(bool turning) {
-    if (turning == isTurning()) {
+    if (turning == isTurning())
         return;
-    }
-    if (turning) {
+    if (turning)
         timer_.start(100, this);
-    } else {
+    else
         timer_.stop();
-    }
     setVisible(turning);
 }
 

@@ -1,10 +1,12 @@
-#include "Shapes.h"
+#include "look/style/Shapes.h"
 
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 
 #include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace look {
 
@@ -22,9 +24,8 @@ qreal lineWidth(const QPainter& painter) {
 
 QRectF onDevicePixels(const QPainter& painter, const QRectF& rectangle) {
     const QTransform transform = painter.deviceTransform();
-    if (isWhole(transform.m11()) || transform.type() > QTransform::TxScale) {
+    if (isWhole(transform.m11()) || transform.type() > QTransform::TxScale)
         return rectangle;
-    }
     const QRectF mapped = transform.mapRect(rectangle);
     const QPointF topLeft(std::round(mapped.left()), std::round(mapped.top()));
     const QPointF bottomRight(std::round(mapped.right()), std::round(mapped.bottom()));
@@ -44,9 +45,8 @@ void drawTick(QPainter& painter, const QPointF (&points)[3], qreal width, QRgb s
 
 qreal onDevicePixel(const QPainter& painter, qreal y) {
     const QTransform transform = painter.deviceTransform();
-    if (isWhole(transform.m22()) || transform.type() > QTransform::TxScale) {
+    if (isWhole(transform.m22()) || transform.type() > QTransform::TxScale)
         return y;
-    }
     constexpr qreal rounding = 0.01;
     const qreal mapped = std::floor(transform.map(QPointF(0, y)).y() + rounding);
     return transform.inverted().map(QPointF(0, mapped)).y();
@@ -136,7 +136,7 @@ QRegion roundedRegion(const QRect& rectangle, int radius) {
 }
 
 bool needsWindowShape() {
-    return QGuiApplication::platformName() == QLatin1String("xcb");
+    return QGuiApplication::platformName() == "xcb"_L1;
 }
 
 } // namespace look

@@ -1,7 +1,7 @@
-#include "Label.h"
+#include "look/text/Label.h"
 
-#include "Fonts.h"
-#include "ToolTip.h"
+#include "look/style/ToolTip.h"
+#include "look/text/Fonts.h"
 
 #include <QAccessible>
 #include <QHelpEvent>
@@ -51,9 +51,8 @@ void Label::setColour(QRgb colour) {
 }
 
 void Label::setBusy(bool busy) {
-    if (isBusy_ == busy) {
+    if (isBusy_ == busy)
         return;
-    }
     isBusy_ = busy;
     QAccessible::State changed;
     changed.busy = true;
@@ -79,9 +78,8 @@ bool Label::isElided() const {
 
 QSize Label::sizeHint() const {
     const int line = lineHeight(font().pixelSize());
-    if (maximumLines_ == 1) {
+    if (maximumLines_ == 1)
         return {text_.naturalWidth(font()), line};
-    }
     const TextBlock unwrapped(text(), font(), widest, maximumLines_, layoutDirection(),
                               Qt::AlignLeft);
     return {unwrapped.naturalWidth(), qMax(unwrapped.height(), line)};
@@ -97,9 +95,8 @@ bool Label::hasHeightForWidth() const {
 }
 
 int Label::heightForWidth(int width) const {
-    if (maximumLines_ == 1) {
+    if (maximumLines_ == 1)
         return -1;
-    }
     return qMax(block(width).height(), lineHeight(font().pixelSize()));
 }
 

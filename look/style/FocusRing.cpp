@@ -1,9 +1,9 @@
-#include "FocusRing.h"
+#include "look/style/FocusRing.h"
 
-#include "Colours.h"
-#include "Field.h"
-#include "Segments.h"
-#include "Shapes.h"
+#include "look/controls/Field.h"
+#include "look/controls/Segments.h"
+#include "look/style/Colours.h"
+#include "look/style/Shapes.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -28,28 +28,24 @@ struct RingShape {
 };
 
 RingShape shapeFor(QWidget* focus, bool isFromKeyboard) {
-    if (auto* field = qobject_cast<Field*>(focus)) {
+    if (auto* field = qobject_cast<Field*>(focus))
         return {field, field->rect(), qreal(field->cornerRadius())};
-    }
     if (auto* list = qobject_cast<QAbstractItemView*>(focus)) {
         const QItemSelectionModel* selection = list->selectionModel();
         return selection && selection->hasSelection() ? RingShape{}
                                                       : RingShape{list, list->rect(), 7};
     }
-    if (!isFromKeyboard) {
+    if (!isFromKeyboard)
         return {};
-    }
-    if (auto* segments = qobject_cast<Segments*>(focus->parentWidget())) {
+    if (auto* segments = qobject_cast<Segments*>(focus->parentWidget()))
         return {segments, segments->rect(), qreal(segments->cornerRadius())};
-    }
     if (auto* checkBox = qobject_cast<QCheckBox*>(focus)) {
         const QRect row = checkBox->rect();
         const QRect box(row.left(), row.top() + (row.height() - 14) / 2, 14, 14);
         return {checkBox, QStyle::visualRect(checkBox->layoutDirection(), row, box), 3.5};
     }
-    if (qobject_cast<QPushButton*>(focus) || qobject_cast<QComboBox*>(focus)) {
+    if (qobject_cast<QPushButton*>(focus) || qobject_cast<QComboBox*>(focus))
         return {focus, focus->rect(), focus->height() <= 24 ? 6.0 : 7.0};
-    }
     return {};
 }
 
@@ -62,9 +58,8 @@ public:
 
     void put(const RingShape& shape) {
         QWidget* window = shape.control->window();
-        if (parentWidget() != window) {
+        if (parentWidget() != window)
             setParent(window);
-        }
         radius_ = shape.radius;
         const QRect around(shape.control->mapTo(window, shape.rectangle.topLeft()),
                            shape.rectangle.size());
@@ -94,22 +89,19 @@ public:
 
     void refresh() {
         QWidget* focus = QApplication::focusWidget();
-        if (focus && focus->window()->windowType() == Qt::Popup) {
+        if (focus && focus->window()->windowType() == Qt::Popup)
             return; // an open menu belongs to the control that wears the ring
-        }
         const RingShape shape =
             focus && focus->isActiveWindow() ? shapeFor(focus, isFromKeyboard_) : RingShape{};
         if (!shape.control || !shape.control->isVisible() || !shape.control->isEnabled()) {
             control_.clear();
-            if (ring_) {
+            if (ring_)
                 ring_->hide();
-            }
             return;
         }
         control_ = shape.control;
-        if (!ring_) {
+        if (!ring_)
             ring_ = new Ring(shape.control->window());
-        }
         ring_->put(shape);
     }
 
@@ -131,15 +123,13 @@ protected:
         case QEvent::Resize:
         case QEvent::Hide:
         case QEvent::EnabledChange:
-            if (concernsControl(watched)) {
+            if (concernsControl(watched))
                 refresh();
-            }
             break;
         case QEvent::Show:
         case QEvent::ActivationChange:
-            if (watched == QApplication::focusWidget()) {
+            if (watched == QApplication::focusWidget())
                 refresh();
-            }
             break;
         default:
             break;
@@ -166,9 +156,8 @@ private:
     }
 
     bool concernsControl(const QObject* watched) const {
-        if (!control_ || !watched->isWidgetType()) {
+        if (!control_ || !watched->isWidgetType())
             return false;
-        }
         const auto* widget = static_cast<const QWidget*>(watched);
         return widget == control_ || widget->isAncestorOf(control_);
     }
@@ -187,15 +176,13 @@ QPointer<RingKeeper>& keeper() {
 } // namespace
 
 void keepFocusRing(QApplication& application) {
-    if (!keeper()) {
+    if (!keeper())
         keeper() = new RingKeeper(application);
-    }
 }
 
 void refreshFocusRing() {
-    if (keeper()) {
+    if (keeper())
         keeper()->refresh();
-    }
 }
 
 QWidget* ringedControl() {

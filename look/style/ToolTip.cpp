@@ -1,9 +1,9 @@
-#include "ToolTip.h"
+#include "look/style/ToolTip.h"
 
-#include "Colours.h"
-#include "Fonts.h"
-#include "LiteralText.h"
-#include "Shapes.h"
+#include "look/style/Colours.h"
+#include "look/style/Shapes.h"
+#include "look/text/Fonts.h"
+#include "look/text/LiteralText.h"
 
 #include <QApplication>
 #include <QBasicTimer>
@@ -36,16 +36,16 @@ public:
         : QWidget(owner, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput),
           owner_(owner),
           block_(text, look::font(textPixels), qMin(textWidth, room.width()),
-                 qBound(1, room.height() / lineHeight(textPixels), mostLines), owner->layoutDirection(),
+                 qBound(1, room.height() / lineHeight(textPixels), mostLines),
+                 owner->layoutDirection(),
                  owner->layoutDirection() == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft) {
         setAttribute(Qt::WA_TranslucentBackground);
         setAttribute(Qt::WA_ShowWithoutActivating);
         setAttribute(Qt::WA_DeleteOnClose);
         setAccessibleName(text);
         resize(QSize(block_.naturalWidth(), block_.height()).grownBy(padding));
-        if (needsWindowShape()) {
+        if (needsWindowShape())
             setMask(roundedRegion(rect(), radius));
-        }
         qApp->installEventFilter(this);
         const auto letters = qMin<qsizetype>(text.size(), 1000);
         timer_.start(10000 + 40 * int(letters), this);
@@ -61,17 +61,15 @@ protected:
     }
 
     void timerEvent(QTimerEvent* event) override {
-        if (event->timerId() == timer_.timerId()) {
+        if (event->timerId() == timer_.timerId())
             close();
-        }
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         switch (event->type()) {
         case QEvent::Leave:
-            if (watched == owner_) {
+            if (watched == owner_)
                 close();
-            }
             break;
         case QEvent::WindowDeactivate:
         case QEvent::WindowActivate:
@@ -108,13 +106,11 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() != QEvent::ToolTip || !watched->isWidgetType()) {
+        if (event->type() != QEvent::ToolTip || !watched->isWidgetType())
             return false;
-        }
         auto* widget = static_cast<QWidget*>(watched);
-        if (widget->toolTip().isEmpty()) {
+        if (widget->toolTip().isEmpty())
             return false;
-        }
         showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), widget->toolTip(), widget);
         event->accept();
         return true;
@@ -129,25 +125,21 @@ void keepToolTipsPlain(QApplication& application) {
 
 void showToolTip(const QPoint& position, const QString& text, QWidget* owner) {
     hideToolTip();
-    if (text.isEmpty() || !owner) {
+    if (text.isEmpty() || !owner)
         return;
-    }
     const QScreen* screen = QGuiApplication::screenAt(position);
-    if (!screen) {
+    if (!screen)
         screen = owner->screen();
-    }
     const QRect room = screen->availableGeometry();
     auto* tip = new ToolTip(text, owner, room.size().shrunkBy(padding));
 
     // Below the pointer; above it where there is no room left.
     constexpr QPoint offset(2, 16);
     QRect place(position + offset, tip->size());
-    if (owner->layoutDirection() == Qt::RightToLeft) {
+    if (owner->layoutDirection() == Qt::RightToLeft)
         place.moveRight(position.x() - offset.x());
-    }
-    if (place.bottom() > room.bottom()) {
+    if (place.bottom() > room.bottom())
         place.moveBottom(position.y() - 4);
-    }
     place.moveLeft(qBound(room.left(), place.left(), room.right() - place.width() + 1));
     place.moveTop(qMax(room.top(), place.top()));
     tip->move(place.topLeft());

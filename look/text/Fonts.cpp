@@ -1,7 +1,9 @@
-#include "Fonts.h"
+#include "look/text/Fonts.h"
 
 #include <QFontInfo>
 #include <QGuiApplication>
+
+using namespace Qt::StringLiterals;
 
 namespace look {
 
@@ -27,9 +29,8 @@ QFont font(int pixels, QFont::Weight weight) {
 
 QFont fontForNames(int pixels, QFont::Weight weight) {
     QFont desktops = QGuiApplication::font();
-    if (!desktopFamilies().isEmpty()) {
+    if (!desktopFamilies().isEmpty())
         desktops.setFamilies(desktopFamilies());
-    }
     return sized(desktops, pixels, weight);
 }
 
@@ -56,21 +57,20 @@ int lineHeight(int pixels) {
 
 void preferLettersOf(std::string_view language) {
     QString variant;
-    if (language == "zh-Hans") {
-        variant = QStringLiteral("SC");
-    } else if (language == "ja") {
-        variant = QStringLiteral("JP");
-    } else if (language == "ko") {
-        variant = QStringLiteral("KR");
-    } else {
+    if (language == "zh-Hans")
+        variant = u"SC"_s;
+    else if (language == "ja")
+        variant = u"JP"_s;
+    else if (language == "ko")
+        variant = u"KR"_s;
+    else
         return;
-    }
     QFont font = QGuiApplication::font();
     desktopFamilies() = font.families();
     // The families under which the one common font with all variants is packaged. Latin letters
     // stay those of the desktop's font, which must be named: a generic name would be passed over.
-    font.setFamilies({QFontInfo(font).family(), QStringLiteral("Noto Sans CJK ") + variant,
-                      QStringLiteral("Source Han Sans ") + variant});
+    font.setFamilies(
+        {QFontInfo(font).family(), u"Noto Sans CJK "_s + variant, u"Source Han Sans "_s + variant});
     QGuiApplication::setFont(font);
 }
 

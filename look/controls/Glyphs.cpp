@@ -1,6 +1,6 @@
-#include "Glyphs.h"
+#include "look/controls/Glyphs.h"
 
-#include "Colours.h"
+#include "look/style/Colours.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LiteralText.h"
+#include "look/text/LiteralText.h"
 
 #include <QLabel>
 #include <QRgb>

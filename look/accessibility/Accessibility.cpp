@@ -1,9 +1,9 @@
-#include "Accessibility.h"
+#include "look/accessibility/Accessibility.h"
 
-#include "Label.h"
-#include "Panel.h"
-#include "PopUp.h"
-#include "Segments.h"
+#include "look/controls/Panel.h"
+#include "look/controls/PopUp.h"
+#include "look/controls/Segments.h"
+#include "look/text/Label.h"
 
 #include <QAbstractItemView>
 #include <QAccessibleWidget>
@@ -22,9 +22,8 @@ public:
 
     QString text(QAccessible::Text kind) const override {
         const QString known = QAccessibleWidget::text(kind);
-        if (!known.isEmpty()) {
+        if (!known.isEmpty())
             return known;
-        }
         switch (kind) {
         case QAccessible::Name:
             return label()->text();
@@ -45,9 +44,8 @@ public:
     relations(QAccessible::Relation wanted) const override {
         auto found = QAccessibleWidget::relations(wanted);
         QWidget* buddy = label()->buddy();
-        if (buddy && wanted & QAccessible::Labelled) {
+        if (buddy && wanted & QAccessible::Labelled)
             found.append({QAccessible::queryAccessibleInterface(buddy), QAccessible::Labelled});
-        }
         return found;
     }
 
@@ -87,19 +85,17 @@ public:
     }
 
     void doAction(const QString& action) override {
-        if (!popUp()->isEnabled()) {
+        if (!popUp()->isEnabled())
             return;
-        }
         if (action == increaseAction()) {
             step(1);
         } else if (action == decreaseAction()) {
             step(-1);
         } else if (action == showMenuAction() || action == pressAction()) {
-            if (popUp()->view()->isVisible()) {
+            if (popUp()->view()->isVisible())
                 popUp()->hidePopup();
-            } else {
+            else
                 popUp()->showPopup();
-            }
         }
     }
 
@@ -109,9 +105,8 @@ private:
     // To the next or the previous entry; not beyond the ends.
     void step(int entries) const {
         const int wanted = popUp()->currentIndex() + entries;
-        if (wanted >= 0 && wanted < popUp()->count()) {
+        if (wanted >= 0 && wanted < popUp()->count())
             popUp()->setCurrentIndex(wanted);
-        }
     }
 };
 
@@ -148,23 +143,19 @@ private:
 };
 
 QAccessibleInterface* interfaceFor(const QString& /*className*/, QObject* object) {
-    if (auto* label = qobject_cast<Label*>(object)) {
+    if (auto* label = qobject_cast<Label*>(object))
         return new AccessibleLabel(label);
-    }
-    if (auto* popUp = qobject_cast<PopUp*>(object)) {
+    if (auto* popUp = qobject_cast<PopUp*>(object))
         return new AccessiblePopUp(popUp);
-    }
-    if (auto* segments = qobject_cast<Segments*>(object)) {
+    if (auto* segments = qobject_cast<Segments*>(object))
         return new QAccessibleWidget(segments, QAccessible::Grouping);
-    }
     if (auto* panel = qobject_cast<Panel*>(object)) {
         return new QAccessibleWidget(panel, panel->kind() == PanelKind::Alert
                                                 ? QAccessible::AlertMessage
                                                 : QAccessible::Dialog);
     }
-    if (auto* message = dynamic_cast<Message*>(object)) {
+    if (auto* message = dynamic_cast<Message*>(object))
         return new AccessibleMessage(message);
-    }
     return nullptr;
 }
 
@@ -180,21 +171,18 @@ Announcer::Announcer(QWidget* window) : QObject(window), window_(window) {
 }
 
 void Announcer::say(const QString& text, Urgency urgency) {
-    if (!QAccessible::isActive() || !window_->isVisible()) {
+    if (!QAccessible::isActive() || !window_->isVisible())
         return;
-    }
     text_ = text;
     urgency_ = urgency;
-    if (!std::exchange(isWaiting_, true)) {
+    if (!std::exchange(isWaiting_, true))
         QMetaObject::invokeMethod(this, &Announcer::sayNow, Qt::QueuedConnection);
-    }
 }
 
 void Announcer::sayNow() {
     isWaiting_ = false;
-    if (text_.isEmpty()) {
+    if (text_.isEmpty())
         return;
-    }
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
     QAccessibleAnnouncementEvent event(window_, text_);
     event.setPoliteness(urgency_ == Urgency::Assertive
@@ -214,9 +202,8 @@ void Announcer::sayNow() {
         new Message(QAccessible::Notification, above ? static_cast<QObject*>(above) : window_);
     message->text = text_;
     messages_.emplace_back(above ? above : message);
-    if (messages_.size() > rememberedMessages) {
+    if (messages_.size() > rememberedMessages)
         messages_.pop_front();
-    }
     QAccessibleEvent event(message, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&event);
 #endif

@@ -1,4 +1,6 @@
-#include "PlaceListModel.h"
+#include "look/controls/PlaceListModel.h"
+
+namespace look {
 
 void PlaceListModel::setRows(QList<PlaceRow> rows) {
     beginResetModel();
@@ -7,7 +9,7 @@ void PlaceListModel::setRows(QList<PlaceRow> rows) {
 }
 
 int PlaceListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+    return parent.isValid() ? 0 : int(rows_.size());
 }
 
 QVariant PlaceListModel::data(const QModelIndex& index, int role) const {
@@ -26,3 +28,5 @@ QVariant PlaceListModel::data(const QModelIndex& index, int role) const {
         return {};
     }
 }
+
+} // namespace look

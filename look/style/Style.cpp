@@ -1,12 +1,12 @@
-#include "Style.h"
+#include "look/style/Style.h"
 
-#include "Colours.h"
-#include "Field.h"
-#include "FocusRing.h"
-#include "Fonts.h"
-#include "Shapes.h"
-#include "StylePainting.h"
-#include "ToolTip.h"
+#include "look/controls/Field.h"
+#include "look/style/Colours.h"
+#include "look/style/FocusRing.h"
+#include "look/style/Shapes.h"
+#include "look/style/StylePainting.h"
+#include "look/style/ToolTip.h"
+#include "look/text/Fonts.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -34,9 +34,8 @@ QRect scrollThumb(const QStyleOptionSlider& option) {
     const bool isVertical = option.orientation == Qt::Vertical;
     const int groove = (isVertical ? option.rect.height() : option.rect.width()) - 2 * inset;
     const qint64 range = qint64(option.maximum) - option.minimum;
-    if (range <= 0 || groove <= 0) {
+    if (range <= 0 || groove <= 0)
         return {};
-    }
     const qreal visible = qreal(groove) * option.pageStep / qreal(range + option.pageStep);
     const int length = qBound(qMin(shortest, groove), qRound(visible), groove);
     const int offset = inset + QStyle::sliderPositionFromValue(option.minimum, option.maximum,
@@ -79,9 +78,9 @@ QPalette Style::standardPalette() const {
     set(QPalette::LinkVisited, colours::focusLine);
     set(QPalette::ToolTipBase, colours::toolTip);
     set(QPalette::ToolTipText, colours::label);
-    // The inactive colours are the active ones: where they differ, the toolkit draws the whole window
-    // a second time as soon as it becomes active, at every start. What does look different asks for
-    // its own drawing.
+    // The inactive colours are the active ones: where they differ, the toolkit draws the whole
+    // window a second time as soon as it becomes active, at every start. What does look different
+    // asks for its own drawing.
     palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(colours::selectionDisabled));
     for (const QPalette::ColorRole role :
          {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::PlaceholderText,
@@ -95,9 +94,8 @@ void Style::polish(QWidget* widget) {
     QCommonStyle::polish(widget);
     if (auto* label = qobject_cast<QLabel*>(widget)) {
         // The one place where no label is left to guess whether a text is markup.
-        if (label->textFormat() == Qt::AutoText) {
+        if (label->textFormat() == Qt::AutoText)
             label->setTextFormat(Qt::PlainText);
-        }
     } else if (qobject_cast<QAbstractButton*>(widget) || qobject_cast<QComboBox*>(widget) ||
                qobject_cast<QScrollBar*>(widget)) {
         widget->setAttribute(Qt::WA_Hover);
@@ -123,17 +121,15 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
         drawField(*painter, *option, widget);
         return;
     case PE_Frame:
-        if (isPopUpWindow(widget)) {
+        if (isPopUpWindow(widget))
             drawMenuPanel(*painter, option->rect);
-        } else {
+        else
             drawWell(*painter, *option);
-        }
         return;
     case PE_PanelMenu:
         // A pop-up's window asks for its frame as well.
-        if (!isPopUpWindow(widget)) {
+        if (!isPopUpWindow(widget))
             drawMenuPanel(*painter, option->rect);
-        }
         return;
     case PE_PanelTipLabel:
         drawBordered(*painter, option->rect, 6, colours::toolTip, colours::toolTipOutline);
@@ -157,26 +153,22 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
                         const QWidget* widget) const {
     switch (element) {
     case CE_PushButton:
-        if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+        if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option))
             drawButton(*painter, *button, widget);
-        }
         return;
     case CE_CheckBoxLabel:
-        if (const auto* box = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+        if (const auto* box = qstyleoption_cast<const QStyleOptionButton*>(option))
             drawCheckBoxTitle(*painter, *box);
-        }
         return;
     case CE_ComboBoxLabel:
         return; // drawn with the control
     case CE_MenuItem:
-        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
             drawMenuRow(*painter, *item);
-        }
         return;
     case CE_MenuBarItem:
-        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
             drawMenuBarItem(*painter, *item);
-        }
         return;
     case CE_MenuEmptyArea:
     case CE_MenuHMargin:
@@ -202,9 +194,8 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
         return;
     }
     if (control == CC_ScrollBar) {
-        if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option)) {
+        if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option))
             drawScrollThumb(*painter, *slider, scrollThumb(*slider));
-        }
         return;
     }
     QCommonStyle::drawComplexControl(control, option, painter, widget);
@@ -330,9 +321,8 @@ QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* o
     }
     if (control == CC_ScrollBar) {
         const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
-        if (!slider) {
+        if (!slider)
             return {};
-        }
         const QRect thumb = scrollThumb(*slider);
         const bool isVertical = slider->orientation == Qt::Vertical;
         QRect part = whole;
@@ -369,9 +359,8 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
         // and the one pixel that its rounding may cut off.
         return {contents.width() + 1 + 31 + 8 + menuInset, 28};
     case CT_MenuItem:
-        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
             return menuRowSize(*item, contents);
-        }
         return contents;
     case CT_MenuBarItem:
         return {contents.width() + 16, 24};
@@ -384,9 +373,8 @@ QIcon Style::standardIcon(StandardPixmap which, const QStyleOption* option,
                           const QWidget* widget) const {
     // A menu bar asks for this at every start, for a button that it shows only when it is cut off:
     // looking through the desktop's icons for it costs as much as loading a font.
-    if (which != SP_ToolBarHorizontalExtensionButton) {
+    if (which != SP_ToolBarHorizontalExtensionButton)
         return QCommonStyle::standardIcon(which, option, widget);
-    }
     QPixmap picture(16, 16);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);

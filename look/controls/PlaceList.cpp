@@ -1,8 +1,8 @@
-#include "PlaceList.h"
+#include "look/controls/PlaceList.h"
 
-#include "Colours.h"
-#include "FocusRing.h"
-#include "Label.h"
+#include "look/style/Colours.h"
+#include "look/style/FocusRing.h"
+#include "look/text/Label.h"
 
 #include <QKeyEvent>
 
@@ -93,12 +93,10 @@ void PlaceList::selectionChanged(const QItemSelection& selected, const QItemSele
 }
 
 void PlaceList::placeEmptyLabel() {
-    if (!emptyLabel_ || !parentWidget()) {
+    if (!emptyLabel_ || !parentWidget())
         return;
-    }
-    if (emptyLabel_->parentWidget() != parentWidget()) {
+    if (emptyLabel_->parentWidget() != parentWidget())
         emptyLabel_->setParent(parentWidget());
-    }
     const int room = qMax(0, width() - 24);
     const QSize size(qMin(emptyLabel_->sizeHint().width(), room), emptyLabel_->sizeHint().height());
     const QPoint middle = geometry().center() - QRect(QPoint(), size).center();

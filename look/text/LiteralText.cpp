@@ -1,7 +1,7 @@
-#include "LiteralText.h"
+#include "look/text/LiteralText.h"
 
-#include "Fonts.h"
-#include "Shapes.h"
+#include "look/style/Shapes.h"
+#include "look/text/Fonts.h"
 
 #include <QAbstractButton>
 #include <QFontMetrics>
@@ -9,6 +9,8 @@
 #include <QPainter>
 
 #include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace look {
 
@@ -25,9 +27,8 @@ qsizetype lettersFilling(int width) {
 constexpr qsizetype mostWrapped = 1600;
 
 QString firstLetters(const QString& text, qsizetype count) {
-    if (count >= text.size()) {
+    if (count >= text.size())
         return text;
-    }
     return text.left(text.at(count - 1).isHighSurrogate() ? count - 1 : count);
 }
 
@@ -38,24 +39,21 @@ bool isControl(QChar letter) {
 }
 
 QString withoutControls(QString text) {
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (isControl(text.at(i))) {
+    for (qsizetype i = 0; i < text.size(); ++i)
+        if (isControl(text.at(i)))
             text[i] = u' ';
-        }
-    }
     return text;
 }
 
 // Line breaks as the layout understands them, every other control character a space.
 QString withLineSeparators(QString text) {
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text.replace("\r\n"_L1, "\n"_L1);
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar letter = text.at(i);
-        if (letter == u'\n' || letter == u'\r' || letter == QChar::ParagraphSeparator) {
+        if (letter == u'\n' || letter == u'\r' || letter == QChar::ParagraphSeparator)
             text[i] = QChar::LineSeparator;
-        } else if (letter != QChar::LineSeparator && isControl(letter)) {
+        else if (letter != QChar::LineSeparator && isControl(letter))
             text[i] = u' ';
-        }
     }
     return text;
 }
@@ -69,7 +67,7 @@ int baseline(const QFontMetrics& metrics, int height) {
 
 QString literal(const QString& text) {
     QString escaped = text;
-    return escaped.replace(u'&', QLatin1String("&&"));
+    return escaped.replace(u'&', "&&"_L1);
 }
 
 void setLiteralText(QAbstractButton* button, const QString& text) {
@@ -84,13 +82,11 @@ void setLiteralText(QLabel* label, const QString& text) {
 Line fitLine(const QString& text, const QFont& font, int width) {
     QString shown = withoutControls(firstLetters(text, lettersFilling(width)));
     const bool isCut = shown.size() < text.size();
-    if (isCut) {
+    if (isCut)
         shown += u'\u2026';
-    }
     const qreal advance = QFontMetricsF(font).horizontalAdvance(shown);
-    if (advance <= width) {
+    if (advance <= width)
         return {shown, advance, isCut};
-    }
     const QString fitted = QFontMetrics(font).elidedText(shown, Qt::ElideRight, qMax(width, 0));
     return {fitted, QFontMetricsF(font).horizontalAdvance(fitted), true};
 }
@@ -110,9 +106,8 @@ int FittedText::naturalWidth(const QFont& font) const {
 }
 
 const Line& FittedText::within(int width, const QFont& font) const {
-    if (whole(font).width <= width) {
+    if (whole(font).width <= width)
         return whole_;
-    }
     if (fittedWidth_ != width) {
         fitted_ = fitLine(text_, font, width);
         fittedWidth_ = width;
@@ -132,11 +127,10 @@ const Line& FittedText::whole(const QFont& font) const {
 void drawLine(QPainter& painter, const QRect& box, const Line& line, const QFont& font, QRgb colour,
               Qt::Alignment alignment, Qt::LayoutDirection direction) {
     int x = box.left();
-    if (alignment & Qt::AlignRight) {
+    if (alignment & Qt::AlignRight)
         x += box.width() - int(std::ceil(line.width));
-    } else if (alignment & Qt::AlignHCenter) {
+    else if (alignment & Qt::AlignHCenter)
         x += qRound((box.width() - line.width) / 2);
-    }
     painter.setFont(font);
     painter.setPen(QColor(colour));
     painter.setLayoutDirection(direction);
@@ -176,21 +170,17 @@ TextBlock::TextBlock(const QString& text, const QFont& font, int width, int maxi
     const QTextLine last = layout_.lineAt(layout_.lineCount() - 1);
     const qsizetype end = last.isValid() ? last.textStart() + last.textLength() : 0;
     isElided_ = last.isValid() && (end < whole.size() || start.size() < text.size());
-    if (!isElided_) {
+    if (!isElided_)
         return;
-    }
     QString rest = whole.mid(last.textStart());
     const qsizetype lineEnd = rest.indexOf(QChar::LineSeparator);
-    if (lineEnd >= 0) {
+    if (lineEnd >= 0)
         rest.truncate(lineEnd);
-    }
-    if (lineEnd >= 0 || start.size() < text.size()) {
+    if (lineEnd >= 0 || start.size() < text.size())
         rest += u'\u2026';
-    }
     QString kept = whole.left(last.textStart());
-    if (!kept.isEmpty() && !kept.endsWith(QChar::LineSeparator)) {
+    if (!kept.isEmpty() && !kept.endsWith(QChar::LineSeparator))
         kept += QChar::LineSeparator;
-    }
     lay(kept + QFontMetrics(font).elidedText(rest, Qt::ElideRight, width_));
 }
 
@@ -200,9 +190,8 @@ void TextBlock::lay(const QString& text) {
     const int first = baseline(QFontMetrics(layout_.font()), lineHeight_);
     for (int i = 0; i < maximumLines_; ++i) {
         QTextLine line = layout_.createLine();
-        if (!line.isValid()) {
+        if (!line.isValid())
             break;
-        }
         line.setLineWidth(width_);
         // A fallback font of another height must not move the baseline.
         line.setPosition(QPointF(0, first + i * lineHeight_ - line.ascent()));
@@ -216,17 +205,15 @@ int TextBlock::height() const {
 
 int TextBlock::naturalWidth() const {
     qreal widest = 0;
-    for (int i = 0; i < layout_.lineCount(); ++i) {
+    for (int i = 0; i < layout_.lineCount(); ++i)
         widest = qMax(widest, layout_.lineAt(i).naturalTextWidth());
-    }
     return int(std::ceil(widest));
 }
 
 int TextBlock::leftmost() const {
     qreal left = width_;
-    for (int i = 0; i < layout_.lineCount(); ++i) {
+    for (int i = 0; i < layout_.lineCount(); ++i)
         left = qMin(left, layout_.lineAt(i).naturalTextRect().left());
-    }
     return int(std::floor(left));
 }
 

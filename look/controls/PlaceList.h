@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Label.h"
-#include "PlaceRowDelegate.h"
+#include "look/controls/PlaceRowDelegate.h"
+#include "look/text/Label.h"
 
 #include <QListView>
 #include <QPointer>
