@@ -1,13 +1,14 @@
 #pragma once
 
+#include "app/Control.h"
 #include "jobs/StationList.h"
 
 #include <QString>
 
 namespace app {
 
-// What of the window's state the controls depend on.
-struct ControlInput {
+// The state of the program, as far as its controls depend on it.
+struct State {
     bool isRouteMode = false;
     bool searching = false;
     bool importing = false;
@@ -19,28 +20,37 @@ struct ControlInput {
     bool hasCompleted = false; // a finished package can be shown
 };
 
-// The data services of the pop-up that need an address typed or not.
+// Places in the pop-up of the data services: the first, which needs no address of its own, and the
+// last, whose address the person types.
 inline constexpr int directEndpoint = 0;
 inline constexpr int customEndpoint = 3;
 
-// Every enabled, hidden, editable and title of the window that follows from the state.
-struct ControlStates {
-    bool mode, languageButton, query, searchButton;
-    bool radius, endpoint, endpointField, endpointFieldEditable;
-    bool table, stationTable, routeEndpointField, travel;
-    bool routeMapCheckbox; // always false: it only says what every route brings
-    bool addStationButton, removeStationButton, moveStationUpButton, moveStationDownButton;
-    bool downloadButton;
-    QString downloadTitle; // German
-    bool cancelHidden, finderHidden;
-    bool spinning;
-    qsizetype stationCount;
+struct ControlState {
+    bool isEnabled = true;
+    bool isShown = true;
 
+    bool operator==(const ControlState&) const = default;
+};
+
+// Every enabled, shown, editable and title of the window that follows from the state.
+struct ControlStates {
+    PerControl<ControlState> controls;
+    bool isEndpointFieldEditable = false;
+    QString downloadTitle; // German
+    bool isBusy = false;   // the spinner turns
+    qsizetype stationCount = 0;
+
+    // Whether a person can use the control: it is enabled, and it and what holds it are shown.
+    bool canUse(Control control) const;
     bool operator==(const ControlStates&) const = default;
 };
 
-// The one rule for every control. Pure. What starts work is locked while any work runs; what only
-// edits the next job's inputs stays usable during a search.
-ControlStates controlStates(const ControlInput& input);
+// The one rule for every control. Pure; any thread. What starts work is locked while any work runs;
+// what only edits the next job's inputs stays usable during a search.
+ControlStates controlStates(const State& state);
+
+// The part of the window that holds the control and belongs to one mode; the control itself where
+// there is none. Pure; any thread.
+Control partOf(Control control);
 
 } // namespace app

@@ -36,6 +36,24 @@ int entryInUse() {
     return found == nxui::languageCodes.end() ? 0 : int(found - nxui::languageCodes.begin()) + 1;
 }
 
+look::Panel* makeConfirmation(const std::string& language, QWidget* parent) {
+    auto* panel = new look::Panel(
+        look::PanelKind::Dialog, localText(u"Sprache gespeichert"_s, language),
+        localText(
+            u"Die neue Sprache ist gespeichert. Dieses Suchfenster wird beim nächsten Öffnen aktualisiert. Bitte DaVinci Resolve neu starten."_s,
+            language),
+        parent);
+    panel->setLayoutDirection(language == "ar" ? Qt::RightToLeft : Qt::LeftToRight);
+    // The same in every language.
+    panel->setButtons(u"OK"_s);
+    return panel;
+}
+
+void show(look::Panel* panel) {
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->open();
+}
+
 } // namespace
 
 LanguageDialog::LanguageDialog(QWidget* parent)
@@ -56,17 +74,16 @@ std::string LanguageDialog::chosenLanguage() const {
     return std::string(nxui::languageForIndex(languages_->currentIndex()));
 }
 
-look::Panel* makeLanguageConfirmation(const std::string& language, QWidget* parent) {
-    auto* panel = new look::Panel(
-        look::PanelKind::Dialog, localText(u"Sprache gespeichert"_s, language),
-        localText(
-            u"Die neue Sprache ist gespeichert. Dieses Suchfenster wird beim nächsten Öffnen aktualisiert. Bitte DaVinci Resolve neu starten."_s,
-            language),
-        parent);
-    panel->setLayoutDirection(language == "ar" ? Qt::RightToLeft : Qt::LeftToRight);
-    // The same in every language.
-    panel->setButtons(u"OK"_s);
-    return panel;
+void offerLanguages(QWidget* window, std::function<void()> notSaved) {
+    auto* dialog = new LanguageDialog(window);
+    QObject::connect(dialog, &QDialog::accepted, dialog, [=, notSaved = std::move(notSaved)] {
+        const std::string language = dialog->chosenLanguage();
+        if (nxui::saveLanguage(nxui::Product::ThreeD, language, nxui::homeDirectory()))
+            show(makeConfirmation(language, window));
+        else
+            notSaved();
+    });
+    show(dialog);
 }
 
 } // namespace app

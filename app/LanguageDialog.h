@@ -2,6 +2,7 @@
 
 #include "look/controls/Panel.h"
 
+#include <functional>
 #include <string>
 
 namespace look {
@@ -24,7 +25,9 @@ private:
     look::PopUp* languages_;
 };
 
-// Says that the language was saved, in that language.
-look::Panel* makeLanguageConfirmation(const std::string& language, QWidget* parent);
+// Lets the person choose the language over `window`, saves it, and says so in that language. The
+// window keeps its own until it is opened again. `notSaved` is called where it could not be saved.
+// Returns at once. Main thread.
+void offerLanguages(QWidget* window, std::function<void()> notSaved);
 
 } // namespace app

@@ -20,6 +20,9 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QScreen>
+#include <QShortcut>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -80,7 +83,7 @@ Field* makeAddressField(FieldKind kind, const QString& spokenName) {
 
 } // namespace
 
-MainWindow::MainWindow(bool startsInRouteMode) : announcer_(new look::Announcer(this)) {
+MainWindow::MainWindow(Mode startMode) : announcer_(new look::Announcer(this)) {
     setWindowTitle(NXLocal(u"Norvaxel 3D · Orte und Routen"_s));
     auto* content = new Content;
     content->setMinimumSize(780, 730);
@@ -91,7 +94,7 @@ MainWindow::MainWindow(bool startsInRouteMode) : announcer_(new look::Announcer(
     column->addWidget(makeHeader(), 0, Qt::AlignLeading);
     mode = named("mode", new look::Segments(look::SegmentsKind::Mode,
                                             {NXLocal(u"Ortskarte"_s), NXLocal(u"Route"_s)}));
-    mode->setSelectedSegment(startsInRouteMode ? 1 : 0);
+    mode->setSelectedSegment(startMode == Mode::Route ? 1 : 0);
     column->addWidget(mode, 0, Qt::AlignLeading);
     column->addLayout(makeSearchRow());
     hint = named("hint", makeLabel(12, look::colours::secondary,
@@ -114,6 +117,28 @@ MainWindow::MainWindow(bool startsInRouteMode) : announcer_(new look::Announcer(
     column->addWidget(credit);
     column->addStretch();
     setCentralWidget(content);
+    widgets_ = {{mode,
+                 query,
+                 searchButton,
+                 table,
+                 routePane,
+                 addStationButton,
+                 stationTable,
+                 removeStationButton,
+                 moveStationUpButton,
+                 moveStationDownButton,
+                 mapOptions,
+                 radius,
+                 endpoint,
+                 endpointField,
+                 routeOptions,
+                 travel,
+                 routeMapCheckbox,
+                 routeEndpointField,
+                 cancelButton,
+                 languageButton,
+                 finderButton,
+                 downloadButton}};
 }
 
 void MainWindow::showCentred() {
@@ -151,6 +176,7 @@ QBoxLayout* MainWindow::makeSearchRow() {
     searchButton = named("searchButton", new Button(ButtonKind::Push, NXLocal(u"Suchen"_s)));
     searchButton->setGlyph(look::ButtonGlyph::Magnifier);
     searchButton->setFixedWidth(108);
+    new QShortcut(Qt::Key_Down, query, this, &MainWindow::focusResults, Qt::WidgetShortcut);
     auto* line = row<QHBoxLayout>();
     line->addWidget(query);
     line->addWidget(searchButton);
@@ -292,11 +318,14 @@ QBoxLayout* MainWindow::makeButtonRow() {
     return line;
 }
 
-void MainWindow::showMode(bool isRouteMode) {
-    routePane->setVisible(isRouteMode);
-    routeOptions->setVisible(isRouteMode);
-    mapOptions->setVisible(!isRouteMode);
-    endpointField->setVisible(!isRouteMode);
+std::optional<Control> MainWindow::focusedControl() const {
+    // What lies in a control, such as a segment, counts as the control.
+    for (const QWidget* each = focusWidget(); each != nullptr; each = each->parentWidget()) {
+        const auto found = std::ranges::find(widgets_.values, each);
+        if (found != widgets_.values.end())
+            return Control(found - widgets_.values.begin());
+    }
+    return std::nullopt;
 }
 
 void MainWindow::showAlert(const QString& title, const QString& message, const QString& button) {
@@ -306,9 +335,22 @@ void MainWindow::showAlert(const QString& title, const QString& message, const Q
     alert->open();
 }
 
-void MainWindow::announce(const QString& text, StatusKind kind) {
-    announcer_->say(text,
-                    kind == StatusKind::Error ? look::Urgency::Assertive : look::Urgency::Polite);
+void MainWindow::setStatus(const QString& text, StatusKind kind) {
+    const bool isError = kind == StatusKind::Error;
+    // Typing sets the same hint with every letter. An error is news each time.
+    if (text != status->text() || isError)
+        announcer_->say(text, isError ? look::Urgency::Assertive : look::Urgency::Polite);
+    status->setText(text);
+    status->setToolTip(text);
+    status->setColour(isError ? look::colours::red : look::colours::secondary);
+}
+
+Mode MainWindow::selectedMode() const {
+    return mode->selectedSegment() == 1 ? Mode::Route : Mode::Place;
+}
+
+jobs::Travel MainWindow::selectedTravel() const {
+    return static_cast<jobs::Travel>(travel->selectedSegment());
 }
 
 int MainWindow::selectedResult() const {
@@ -317,6 +359,21 @@ int MainWindow::selectedResult() const {
 
 int MainWindow::selectedStation() const {
     return selectedRow(*stationTable);
+}
+
+// Down in the search field goes on into the list of what it has found.
+void MainWindow::focusResults() {
+    if (table->model()->rowCount() == 0)
+        return;
+    table->setFocus(Qt::TabFocusReason);
+    if (selectedResult() < 0)
+        table->setCurrentIndex(table->model()->index(0, 0));
+}
+
+void MainWindow::selectStation(int row) {
+    const QModelIndex index = stationTable->model()->index(row, 0);
+    stationTable->setCurrentIndex(index);
+    stationTable->scrollTo(index);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

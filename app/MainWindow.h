@@ -1,9 +1,13 @@
 #pragma once
 
+#include "app/Control.h"
+#include "app/Sentences.h"
+
 #include <QMainWindow>
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class QBoxLayout;
 class QCheckBox;
@@ -29,22 +33,30 @@ enum class StatusKind { Plain, Error };
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    explicit MainWindow(bool startsInRouteMode);
+    explicit MainWindow(Mode startMode);
 
     // At its natural size in the middle of the screen, in front of other programs. Once, after the
     // menus were made: their bar comes on top of the content's size.
     void showCentred();
-    // The place or the route half of the window.
-    void showMode(bool isRouteMode);
     // `message` is shown literally; the alert does not block and needs no answer.
     void showAlert(const QString& title, const QString& message, const QString& button);
 
-    // Tells assistive technology what the status line says now.
-    void announce(const QString& text, StatusKind kind);
+    // What the status line says, to the eye and to assistive technology.
+    void setStatus(const QString& text, StatusKind kind);
 
+    // What is chosen.
+    Mode selectedMode() const;
+    jobs::Travel selectedTravel() const;
     // The selected row of a list, or -1.
     int selectedResult() const;
     int selectedStation() const;
+    // Selects a station, in view; -1 selects none.
+    void selectStation(int row);
+
+    // The widget of that name.
+    QWidget* widget(Control control) const { return widgets_[control]; }
+    // What of them has the keyboard.
+    std::optional<Control> focusedControl() const;
 
     // Asked before the window closes; it stays when the answer is no.
     std::function<bool()> mayClose = [] { return true; };
@@ -90,7 +102,10 @@ private:
     QWidget* makeRouteOptions();
     QBoxLayout* makeButtonRow();
 
+    void focusResults();
+
     look::Announcer* announcer_; // owned by the window
+    PerControl<QWidget*> widgets_;
 };
 
 } // namespace app

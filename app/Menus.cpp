@@ -1,4 +1,6 @@
-#include "app/NXImportApp.h"
+#include "app/Menus.h"
+
+#include "app/MainWindow.h"
 #include "localization/NXLocal.h"
 #include "look/text/LiteralText.h"
 
@@ -28,15 +30,14 @@ void zoom(QWidget* window) {
 
 } // namespace
 
-void NXImportApp::makeMenu() {
-    MainWindow* w = window_.get();
+void addMenus(MainWindow& mainWindow) {
+    MainWindow* const w = &mainWindow;
     QMenuBar* bar = w->menuBar();
     const auto addMenu = [bar](const QString& title) { return bar->addMenu(look::literal(title)); };
-    const auto addItem = [this](QMenu* menu, const QString& title, const QKeySequence& key,
-                                auto act) {
+    const auto addItem = [w](QMenu* menu, const QString& title, const QKeySequence& key, auto act) {
         QAction* item = menu->addAction(look::literal(title));
         item->setShortcut(key);
-        connect(item, &QAction::triggered, this, act);
+        QObject::connect(item, &QAction::triggered, w, act);
         return item;
     };
     const auto addEdit = [&](QMenu* menu, const QString& title, QKeySequence::StandardKey key,
@@ -63,10 +64,11 @@ void NXImportApp::makeMenu() {
     // The toolkit's own menu would speak the desktop's language, not the window's.
     for (QLineEdit* field : w->findChildren<QLineEdit*>()) {
         field->setContextMenuPolicy(Qt::CustomContextMenu);
-        connect(field, &QWidget::customContextMenuRequested, edit, [edit, field](QPoint position) {
-            field->setFocus();
-            edit->popup(field->mapToGlobal(position));
-        });
+        QObject::connect(field, &QWidget::customContextMenuRequested, edit,
+                         [edit, field](QPoint position) {
+                             field->setFocus();
+                             edit->popup(field->mapToGlobal(position));
+                         });
     }
 
     QMenu* window = addMenu(NXLocal(u"Fenster"_s));

@@ -1,7 +1,12 @@
 #include "app/NXImportApp.h"
 
 #include "app/LanguageDialog.h"
+#include "app/Menus.h"
+#include "app/PlaceRows.h"
 #include "app/Services.h"
+#include "jobs/JobPreparation.h"
+#include "jobs/PlaceImport.h"
+#include "jobs/RouteImport.h"
 #include "localization/Language.h"
 #include "localization/NXLocal.h"
 #include "look/controls/Button.h"
@@ -9,38 +14,32 @@
 #include "look/controls/PlaceList.h"
 #include "look/controls/PopUp.h"
 #include "look/controls/Segments.h"
-#include "look/controls/Spinner.h"
-#include "look/style/Colours.h"
 #include "look/text/Label.h"
+#include "platform/FileBrowser.h"
 #include "platform/QuitSignals.h"
+#include "search/NXText.h"
+#include "search/PhotonQuery.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QPointer>
 #include <QShortcut>
 
-#include <array>
-
-using namespace Qt::StringLiterals;
+#include <utility>
 
 namespace app {
 
-using localization::filled;
-using localization::NXLocal;
-
-// The lists draw what the models tell.
-static_assert(look::DetailRole == look::PlaceListModel::DetailRole);
-
-NXImportApp::NXImportApp(Mode startMode) : startMode_(startMode) {}
+NXImportApp::NXImportApp(Mode startMode)
+    : startMode_(startMode), search_(QUrl(services::geocoder), failureText,
+                                     [this](const QString& failure) { searchEnded(failure); }),
+      job_([this](auto kind, const auto& report) { jobEnded(kind, report); }) {}
 
 NXImportApp::~NXImportApp() = default;
 
 void NXImportApp::applicationDidFinishLaunching() {
     nxui::persistInitialLanguage(nxui::Product::ThreeD);
-    const bool readsFromRight = nxui::currentLanguage(nxui::Product::ThreeD) == "ar";
-    QApplication::setLayoutDirection(readsFromRight ? Qt::RightToLeft : Qt::LeftToRight);
     makeWindow();
-    makeMenu();
+    addMenus(*window_);
     window_->mayClose = [this] { return applicationShouldTerminate(); };
     connect(qApp, &QCoreApplication::aboutToQuit, this, &NXImportApp::applicationWillTerminate);
     platform::takeQuitSignals([app = QPointer(this)] {
@@ -51,7 +50,7 @@ void NXImportApp::applicationDidFinishLaunching() {
 }
 
 void NXImportApp::makeWindow() {
-    window_ = std::make_unique<MainWindow>(startMode_ == Mode::Route);
+    window_ = std::make_unique<MainWindow>(startMode_);
     window_->table->setModel(&resultModel_);
     window_->stationTable->setModel(&stationModel_);
     endpointChanged();
@@ -65,7 +64,6 @@ void NXImportApp::connectControls() {
     connect(w->mode, &look::Segments::selectionChanged, this, &NXImportApp::modeChanged);
     connect(w->query, &QLineEdit::textChanged, this, &NXImportApp::controlTextDidChange);
     connect(w->query, &QLineEdit::returnPressed, this, &NXImportApp::search);
-    new QShortcut(Qt::Key_Down, w->query, this, &NXImportApp::focusResults, Qt::WidgetShortcut);
     connect(w->searchButton, &QPushButton::clicked, this, &NXImportApp::search);
     connect(w->endpoint, &QComboBox::currentIndexChanged, this, &NXImportApp::endpointChanged);
     connect(w->travel, &look::Segments::selectionChanged, this, &NXImportApp::routeMapChanged);
@@ -91,134 +89,209 @@ void NXImportApp::connectControls() {
     connect(w->cancelButton, &QPushButton::clicked, this, &NXImportApp::cancel);
 }
 
-bool NXImportApp::routeMode() const {
-    return window_->mode->selectedSegment() == 1;
-}
-
-void NXImportApp::setStatus(const QString& text, StatusKind kind) {
-    // Typing sets the same hint with every letter. An error is news each time.
-    if (text != window_->status->text() || kind == StatusKind::Error)
-        window_->announce(text, kind);
-    window_->status->setText(text);
-    window_->status->setToolTip(text);
-    window_->status->setColour(kind == StatusKind::Error ? look::colours::red
-                                                         : look::colours::secondary);
+State NXImportApp::state() const {
+    return {
+        .isRouteMode = routeMode(),
+        .searching = searching(),
+        .importing = importing(),
+        .results = results().size(),
+        .selectedResult = window_->selectedResult(),
+        .stations = stations_.size(),
+        .selectedStation = window_->selectedStation(),
+        .endpointIndex = window_->endpoint->currentIndex(),
+        .hasCompleted = job_.finished().has_value(),
+    };
 }
 
 void NXImportApp::modeChanged() {
-    const bool isRoute = routeMode();
-    leaveHalf(isRoute);
-    window_->showMode(isRoute);
-    window_->subtitle->setText(
-        isRoute ? NXLocal(u"Deine Stationen. Straßen, Gebäude und Gelände entlang der Strecke."_s)
-                : NXLocal(u"Ortsdaten mit Gebäuden und Gelände für Norvaxel 3D"_s));
+    window_->subtitle->setText(subtitleText(mode()));
     updateCredits();
-    setStatus(
-        isRoute
-            ? NXLocal(
-                  u"Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. Mindestens zwei Stationen sind nötig."_s)
-            : NXLocal(u"Gib einen Ort ein und starte die Suche."_s),
-        StatusKind::Plain);
+    setStatus(welcomeText(mode()));
     updateControls();
 }
 
 void NXImportApp::updateCredits() {
-    window_->credit->setText(
-        routeMode()
-            ? NXLocal(
-                  u"Photon · OSRM · OpenFreeMap / OpenMapTiles · Terrain Tiles (AWS) · OpenStreetMap-Daten (ODbL)\nInternet erforderlich · lange Strecken laden einige Minuten · das Norvaxel-3D-Paket rendert offline."_s)
-            : NXLocal(
-                  u"Photon · OpenStreetMap-Daten (ODbL) · Terrain Tiles (AWS)\nEinmal laden, danach offline in Norvaxel 3D nutzen. Der Umkreis begrenzt den Ausschnitt."_s));
-}
-
-void NXImportApp::routeMapChanged() {
-    updateCredits();
+    window_->credit->setText(creditText(mode()));
 }
 
 void NXImportApp::endpointChanged() {
-    const int index = window_->endpoint->currentIndex();
-    static constexpr std::array addresses{services::openStreetMap, services::overpass,
-                                          services::overpassAlternative};
-    const bool isFixed = index >= 0 && index < customEndpoint;
-    window_->endpointField->setText(isFixed ? QString(addresses.at(size_t(index))) : QString());
-    window_->endpointField->setReadOnly(isFixed);
+    window_->endpointField->setText(services::dataAddress(window_->endpoint->currentIndex()));
+    updateControls();
+}
+
+void NXImportApp::search() {
+    if (importing())
+        return;
+    const QString query = search::NXText(window_->query->text());
+    if (query.isEmpty() || query.size() > search::longestQuery) {
+        setStatus(badQueryStatus(), StatusKind::Error);
+        return;
+    }
+    search_.begin(query);
+    resultModel_.setRows(rowsOf(results()));
+    window_->table->setEmptyText(searchingInstead());
+    setStatus(searchingStatus());
+    updateControls();
+}
+
+void NXImportApp::searchEnded(const QString& failure) {
+    resultModel_.setRows(rowsOf(results()));
+    window_->table->setEmptyText(noPlacesInstead());
+    if (!failure.isEmpty()) {
+        setStatus(failure, StatusKind::Error);
+    } else if (results().isEmpty()) {
+        setStatus(noPlacesStatus());
+    } else {
+        window_->hint->setText(placesHint(results().size()));
+        setStatus(placesStatus());
+    }
+    updateControls();
+}
+
+void NXImportApp::controlTextDidChange() {
+    if (importing())
+        return;
+    search_.forget();
+    resultModel_.setRows(rowsOf(results()));
+    window_->hint->setText(editedHint());
+    setStatus(editedStatus(mode()));
+    updateControls();
 }
 
 void NXImportApp::tableSelectionDidChange() {
     updateControls();
-    if (busy() || window_->selectedResult() < 0)
-        return;
-    setStatus(routeMode()
-                  ? NXLocal(u"Treffer ausgewählt. Füge ihn deiner Route als Station hinzu."_s)
-                  : NXLocal(u"Ort ausgewählt. Umkreis festlegen und Ortsdaten laden."_s),
-              StatusKind::Plain);
+    if (!busy() && window_->selectedResult() >= 0)
+        setStatus(selectedStatus(mode()));
 }
 
-void NXImportApp::updateControls() {
-    MainWindow& w = *window_;
-    const ControlStates states = controlStates({
-        .isRouteMode = routeMode(),
-        .searching = searching_,
-        .importing = importing_,
-        .results = results_.size(),
-        .selectedResult = w.selectedResult(),
-        .stations = stations_.size(),
-        .selectedStation = w.selectedStation(),
-        .endpointIndex = w.endpoint->currentIndex(),
-        .hasCompleted = completed_.has_value(),
-    });
-    const std::pair<QWidget*, bool> usable[] = {
-        {w.mode, states.mode},
-        {w.languageButton, states.languageButton},
-        {w.query, states.query},
-        {w.searchButton, states.searchButton},
-        {w.radius, states.radius},
-        {w.endpoint, states.endpoint},
-        {w.endpointField, states.endpointField},
-        {w.table, states.table},
-        {w.stationTable, states.stationTable},
-        {w.routeEndpointField, states.routeEndpointField},
-        {w.routeMapCheckbox, states.routeMapCheckbox},
-        {w.travel, states.travel},
-        {w.addStationButton, states.addStationButton},
-        {w.removeStationButton, states.removeStationButton},
-        {w.moveStationUpButton, states.moveStationUpButton},
-        {w.moveStationDownButton, states.moveStationDownButton},
-        {w.downloadButton, states.downloadButton},
-        {w.cancelButton, !states.cancelHidden},
-        {w.finderButton, !states.finderHidden},
+// A double click or Return on a result: on to what comes next in this mode.
+void NXImportApp::activateResult() {
+    if (routeMode())
+        addStation();
+    else
+        window_->downloadButton->setFocus(Qt::TabFocusReason);
+}
+
+void NXImportApp::addStation() {
+    const int row = window_->selectedResult();
+    if (busy() || row < 0 || row >= results().size())
+        return;
+    const search::ResultRow& place = results().at(row);
+    const auto added = stations_.add({place.name, place.detail, place.longitude, place.latitude});
+    showStations(added, addedStationStatus(stations_.size()));
+}
+
+void NXImportApp::removeStation() {
+    if (!importing())
+        showStations(stations_.remove(window_->selectedStation()), removedStationStatus());
+}
+
+void NXImportApp::moveStation(int offset) {
+    if (!importing())
+        showStations(stations_.move(window_->selectedStation(), offset), movedStationStatus());
+}
+
+void NXImportApp::showStations(std::optional<int> selected, const QString& text) {
+    if (!selected)
+        return; // the edit was not possible
+    stationModel_.setRows(rowsOf(stations_.stations()));
+    window_->selectStation(*selected);
+    setStatus(text);
+    updateControls();
+}
+
+void NXImportApp::download() {
+    if (routeMode()) {
+        calculateRoute();
+        return;
+    }
+    const int row = window_->selectedResult();
+    if (busy() || row < 0 || row >= results().size())
+        return;
+    const search::FoundPlaces& found = search_.found();
+    const jobs::PlaceRequest request{
+        .searchedQuery = found.query,
+        .photonResponse = found.response,
+        .selectedRow = row,
+        .name = found.rows.at(row).name,
+        .feature = found.rows.at(row).feature,
+        .radiusIndex = window_->radius->currentIndex(),
+        .source = window_->endpoint->currentText(),
+        .isDirect = window_->endpoint->currentIndex() == directEndpoint,
+        .endpoint = window_->endpointField->text(),
     };
-    setUsable(usable);
-    w.endpointField->setReadOnly(!states.endpointFieldEditable);
-    w.downloadButton->setTitle(NXLocal(states.downloadTitle));
-    const QString counter = filled(NXLocal(u"Stationen · %lu / 32"_s), {states.stationCount});
-    w.stationHint->setText(counter);
-    if (w.stationTable->accessibleName() != counter)
-        w.stationTable->setAccessibleName(counter);
-    w.spinner->setTurning(states.spinning);
-    w.status->setBusy(states.spinning);
+    startJob(Mode::Place,
+             jobs::preparePlaceImport(request, jobs::toolFolder(), QDateTime::currentDateTime()));
+}
+
+void NXImportApp::calculateRoute() {
+    if (busy())
+        return;
+    const jobs::RouteRequest request{
+        .stations = stations_.stations(),
+        .endpoint = window_->routeEndpointField->text(),
+        .travel = window_->selectedTravel(),
+    };
+    startJob(Mode::Route,
+             jobs::prepareRouteImport(request, jobs::toolFolder(), QDateTime::currentDateTime()));
+}
+
+void NXImportApp::startJob(jobs::JobKind kind, jobs::Preparation preparation) {
+    if (const auto* refusal = std::get_if<jobs::Refusal>(&preparation)) {
+        setStatus(refusalText(kind, *refusal), StatusKind::Error);
+        return;
+    }
+    if (const auto failure = job_.start(std::move(std::get<jobs::JobPlan>(preparation))))
+        setStatus(startFailureText(kind, failure), StatusKind::Error);
+    else
+        setStatus(progressText(kind, window_->selectedTravel()));
+    updateControls();
+}
+
+void NXImportApp::jobEnded(jobs::JobKind kind, const jobs::JobReport& report) {
+    const bool hasFailed = report.outcome == jobs::JobOutcome::Failed;
+    const QString message = outcomeText(kind, report);
+    setStatus(message, hasFailed ? StatusKind::Error : StatusKind::Plain);
+    updateControls();
+    if (terminationPending_)
+        window_->close();
+    else if (hasFailed)
+        window_->showAlert(failureTitle(kind), message, localization::NXLocal(u"OK"));
+}
+
+void NXImportApp::cancel() {
+    if (searching()) {
+        search_.stop();
+        window_->table->setEmptyText(cancelledSearchInstead());
+        setStatus(cancelledSearchStatus());
+        updateControls();
+    }
+    if (importing()) {
+        job_.stop();
+        // The controls follow when the tool has ended.
+        setStatus(stoppingText(mode()));
+    }
+}
+
+void NXImportApp::showInFinder() {
+    if (const auto& package = job_.finished())
+        platform::showInFileBrowser(package->directory + u'/' + package->filename);
+}
+
+bool NXImportApp::applicationShouldTerminate() {
+    if (!importing()) {
+        // Also where an alert or a dialog is open.
+        QCoreApplication::exit();
+        return true;
+    }
+    if (!std::exchange(terminationPending_, true))
+        cancel();
+    return false;
 }
 
 void NXImportApp::chooseLanguage() {
-    if (busy())
-        return;
-    auto* dialog = new LanguageDialog(window_.get());
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this,
-            [this, dialog] { saveLanguage(dialog->chosenLanguage()); });
-    dialog->open();
-}
-
-void NXImportApp::saveLanguage(const std::string& language) {
-    // The window keeps its language until it is opened again.
-    if (!nxui::saveLanguage(nxui::Product::ThreeD, language, nxui::homeDirectory())) {
-        setStatus(NXLocal(u"Die Sprache konnte nicht lokal gespeichert werden."_s),
-                  StatusKind::Error);
-        return;
-    }
-    look::Panel* confirmation = makeLanguageConfirmation(language, window_.get());
-    confirmation->setAttribute(Qt::WA_DeleteOnClose);
-    confirmation->open();
+    if (!busy())
+        offerLanguages(window_.get(), [this] { setStatus(languageNotSaved(), StatusKind::Error); });
 }
 
 } // namespace app

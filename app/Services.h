@@ -2,6 +2,8 @@
 
 #include <QLatin1StringView>
 
+#include <iterator>
+
 namespace app {
 
 // The public services that the window names. Nothing else in the program knows an address.
@@ -18,6 +20,12 @@ inline constexpr Address routing{"https://routing.openstreetmap.de/routed-car/ro
 
 // Shown in an empty address field as an example; nobody answers there.
 inline constexpr Address example{"https://overpass.example.org/api/interpreter"};
+
+// Of the data service in that place of the pop-up; empty for the one that the person types.
+constexpr Address dataAddress(int index) {
+    constexpr Address addresses[]{openStreetMap, overpass, overpassAlternative};
+    return index >= 0 && index < int(std::size(addresses)) ? addresses[index] : Address();
+}
 
 } // namespace services
 

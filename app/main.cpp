@@ -1,7 +1,5 @@
+#include "app/Composition.h"
 #include "app/NXImportApp.h"
-#include "localization/Language.h"
-#include "look/style/Style.h"
-#include "look/text/Fonts.h"
 
 #include <QApplication>
 
@@ -11,8 +9,7 @@ int main(int argc, char* argv[]) {
     // The menu entry's name, by which a desktop finds the window's icon.
     QGuiApplication::setDesktopFileName(QStringLiteral(NORVAXEL_ID));
     QApplication application(argc, argv);
-    look::preferLettersOf(nxui::currentLanguage(nxui::Product::ThreeD));
-    look::applyLook(application);
+    app::compose(application);
     const bool route = QApplication::arguments().contains("--route"_L1);
     // Lives as long as the process: nobody waits for a window to be taken apart that is gone from
     // the screen. What must not outlive the program ends in applicationWillTerminate().

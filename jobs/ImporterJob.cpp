@@ -17,12 +17,15 @@ using namespace Qt::StringLiterals;
 namespace jobs {
 namespace {
 
+// Whether the tool ended of itself or was asked to.
+enum class Ending { ByItself, Stopped };
+
 platform::ChildCommand commandOf(const JobPlan& plan, int log) {
     platform::ChildCommand command;
     command.program = filePath(plan.tool);
     for (const QString& argument : plan.arguments)
         command.arguments.push_back(argument.toStdString());
-    command.workingDirectory = filePath(plan.temporaryFolder);
+    command.workingDirectory = filePath(plan.temporaryFolder.path());
     command.output = log;
     command.error = log;
     return command;
@@ -40,10 +43,10 @@ bool writePointer(const JobPlan& plan) {
                                   mainFile.toUtf8() + '\n', platform::Durability::Durable);
 }
 
-JobReport reportOf(const JobPlan& plan, const platform::ChildExit& exit, bool cancelled) {
+JobReport reportOf(const JobPlan& plan, const platform::ChildExit& exit, Ending ending) {
     JobReport report{JobOutcome::Cancelled, {}, plan.outputFolder, plan.requiredFiles.first()};
-    // A cancelled job stays one, even if the tool managed to finish meanwhile.
-    if (cancelled)
+    // A stopped job stays one, even if the tool managed to finish meanwhile.
+    if (ending == Ending::Stopped)
         return report;
     if (!exit.succeeded() || !isComplete(plan)) {
         report.outcome = JobOutcome::Failed;
@@ -66,30 +69,32 @@ void keepLog(const JobPlan& plan) {
     QFile::copy(plan.logPath, kept);
 }
 
-} // namespace
-
-JobReport finishJob(const JobPlan& plan, const platform::ChildExit& exit, bool cancelled) {
-    JobReport report = reportOf(plan, exit, cancelled);
+// The file work after the tool has ended: checks the package, lays the program's files beside it,
+// writes the pointer file, keeps a copy of the log. The temporary folder goes with the plan.
+JobReport finishJob(JobPlan plan, const platform::ChildExit& exit, Ending ending) {
+    JobReport report = reportOf(plan, exit, ending);
     keepLog(plan);
-    QDir(plan.temporaryFolder).removeRecursively();
     return report;
 }
 
-ImporterJob::ImporterJob(JobPlan plan) : plan_(std::move(plan)) {}
+} // namespace
+
+ImporterJob::ImporterJob(JobPlan plan) : kind_(plan.kind), plan_(std::move(plan)) {}
 
 ImporterJob::~ImporterJob() = default;
 
 std::error_code ImporterJob::start(Completion completion) {
-    const platform::UniqueFd log = std::move(plan_.log); // the tool's own from here on
-    child_ = platform::ChildProcess::make(commandOf(plan_, log.get()));
+    const platform::UniqueFd log = std::move(plan_->log); // the tool's own from here on
+    child_ = platform::ChildProcess::make(commandOf(*plan_, log.get()));
     const auto failure = child_->start(
         [self = shared_from_this(), completion = std::move(completion)](platform::ChildExit exit) {
-            const JobReport report = finishJob(self->plan_, exit, self->cancelRequested_);
+            const auto ending = self->isStopped() ? Ending::Stopped : Ending::ByItself;
+            const JobReport report = finishJob(std::move(*self->plan_), exit, ending);
             platform::postToMain([self, completion, report] { completion(self, report); });
         });
     if (failure) {
         child_.reset();
-        QDir(plan_.temporaryFolder).removeRecursively();
+        plan_.reset();
     }
     return failure;
 }

@@ -7,11 +7,11 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <system_error>
 
 namespace platform {
 class ChildProcess;
-struct ChildExit;
 } // namespace platform
 
 namespace jobs {
@@ -31,12 +31,7 @@ struct JobReport {
     QString mainFile; // name of the package's main file in `outputFolder`
 };
 
-// Does the file work after the tool has ended: checks the package, lays the program's files beside
-// it, writes the pointer file, keeps a copy of the log and removes the temporary folder.
-// Any thread but the main one: it may read a long log.
-JobReport finishJob(const JobPlan& plan, const platform::ChildExit& exit, bool cancelled);
-
-// One run of the importer tool, of either kind. Owns the child and the plan's temporary folder.
+// One run of the importer tool, of either kind. Owns the child and the plan.
 // Prepared, then running after a successful `start`, then ended; used once. The completion comes
 // exactly once, on the main thread, after the file work is done, also when the job was stopped.
 class ImporterJob : public std::enable_shared_from_this<ImporterJob> {
@@ -55,9 +50,13 @@ public:
     // Asks the tool to stop and lets the job count as cancelled, whatever its exit status. The
     // completion still comes. Main thread.
     void stop();
+    bool isStopped() const { return cancelRequested_; }
+
+    JobKind kind() const { return kind_; }
 
 private:
-    JobPlan plan_;
+    const JobKind kind_;
+    std::optional<JobPlan> plan_;                   // gone when its end has been worked on
     std::shared_ptr<platform::ChildProcess> child_; // written before the child runs
     std::atomic<bool> cancelRequested_ = false;     // read on the thread of the child's exit
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "jobs/TemporaryJobFolder.h"
 #include "platform/UniqueFd.h"
 
 #include <QByteArray>
@@ -10,6 +11,9 @@
 #include <variant>
 
 namespace jobs {
+
+// What a job makes: the package of a place or that of a route.
+enum class JobKind { Place, Route };
 
 // Why a job was refused before anything was started. Each kind of job has its own sentence.
 enum class Refusal {
@@ -30,20 +34,20 @@ struct JobFile {
     QByteArray bytes;
 };
 
-// One run of the importer tool, ready to start: values, and what was prepared on disk. Whoever
-// holds a plan owns its temporary folder and removes it (`finishJob` does, and so does a failed
-// start).
+// One run of the importer tool, ready to start: values, and what was prepared on disk, which goes
+// with the plan.
 struct JobPlan {
-    QString tool;                // absolute path of the importer
-    QStringList arguments;       // without the program name
-    QString temporaryFolder;     // working directory: hand-over files and log
-    QString logPath;             // inside `temporaryFolder`
-    platform::UniqueFd log;      // open for writing: output and errors of the tool
-    QString supportFolder;       // where pointer file and last log go
-    QString outputFolder;        // where the tool puts the package; made by the tool
-    QStringList requiredFiles;   // in `outputFolder`; the first is the package's main file
-    QString pointerName;         // in `supportFolder`; leads to the main file
-    QList<JobFile> packageFiles; // laid beside the package on success
+    JobKind kind;
+    QString tool;                       // absolute path of the importer
+    QStringList arguments;              // without the program name
+    TemporaryJobFolder temporaryFolder; // working directory: hand-over files and log
+    QString logPath;                    // inside `temporaryFolder`
+    platform::UniqueFd log;             // open for writing: output and errors of the tool
+    QString supportFolder;              // where pointer file and last log go
+    QString outputFolder;               // where the tool puts the package; made by the tool
+    QStringList requiredFiles;          // in `outputFolder`; the first is the package's main file
+    QString pointerName;                // in `supportFolder`; leads to the main file
+    QList<JobFile> packageFiles;        // laid beside the package on success
     QString (*failureDetail)(const QString& log); // what a log says about a failure
 };
 

@@ -5,6 +5,7 @@
 #include "localization/NXLocal.h"
 #include "platform/AtomicFile.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -33,12 +34,6 @@ QString userDataFolder() {
 #endif
 }
 
-// The toolkit's own answer passes over a folder that is named but missing.
-QString systemTemporaryFolder() {
-    const QString named = qEnvironmentVariable("TMPDIR");
-    return named.isEmpty() ? QDir::tempPath() : named;
-}
-
 bool write(const TemporaryJobFolder& folder, const JobFile& file) {
     // The folder does not outlive the job, so nothing is gained by waiting for the disk.
     return !platform::replaceFile(filePath(folder.file(file.name)), file.bytes,
@@ -54,30 +49,19 @@ std::optional<QString> NXSupportFolder() {
     return data + "/Norvaxel/"_L1 + NXLocal(u"Norvaxel 3D"_s);
 }
 
+QString toolFolder() {
+#ifdef Q_OS_MACOS
+    // Beside the bundle, which holds the program in Contents/MacOS.
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../../.."_s);
+#else
+    return QCoreApplication::applicationDirPath();
+#endif
+}
+
 std::optional<QString> importerTool(const QString& folder) {
     const QString path = folder + "/Norvaxel-Ortsimport"_L1;
     const QFileInfo tool(path);
     return tool.isFile() && tool.isExecutable() ? std::optional(path) : std::nullopt;
-}
-
-std::optional<TemporaryJobFolder> TemporaryJobFolder::make(const QString& name,
-                                                           platform::Parents parents) {
-    const QString path = QDir(systemTemporaryFolder()).absoluteFilePath(name);
-    if (platform::createPrivateFolder(filePath(path), parents))
-        return std::nullopt;
-    return TemporaryJobFolder(path);
-}
-
-TemporaryJobFolder::TemporaryJobFolder(TemporaryJobFolder&& other) noexcept
-    : path_(std::exchange(other.path_, {})) {}
-
-TemporaryJobFolder::~TemporaryJobFolder() {
-    if (!path_.isEmpty())
-        QDir(path_).removeRecursively();
-}
-
-QString TemporaryJobFolder::release() {
-    return std::exchange(path_, {});
 }
 
 Preparation prepareJob(const JobValues& values, const JobInputs& inputs,
@@ -107,10 +91,12 @@ Preparation prepareJob(const JobValues& values, const JobInputs& inputs,
     auto log = platform::createPrivateLog(filePath(logPath));
     if (log.failure)
         return log.failure == std::errc::too_many_files_open ? Refusal::Log : values.log.notMade;
+    QStringList arguments = inputs.arguments(temporary->file(files.first().name), output);
     return JobPlan{
+        .kind = values.kind,
         .tool = *tool,
-        .arguments = inputs.arguments(temporary->file(files.first().name), output),
-        .temporaryFolder = temporary->release(),
+        .arguments = std::move(arguments),
+        .temporaryFolder = std::move(*temporary),
         .logPath = logPath,
         .log = std::move(log.file),
         .supportFolder = *support,

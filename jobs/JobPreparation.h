@@ -17,32 +17,15 @@ namespace jobs {
 // Base Directory has it; on macOS the user's Application Support folder. Nothing if there is none.
 std::optional<QString> NXSupportFolder();
 
+// Where the importer tool lies: beside the program, as the plug-in's package has them. Any thread.
+QString toolFolder();
+
 // The importer tool in `folder`; nothing unless it is an executable file.
 std::optional<QString> importerTool(const QString& folder);
 
-// A private temporary folder for one job, removed with its contents unless it was handed on.
-class TemporaryJobFolder {
-public:
-    // Makes a folder of that name below the system's temporary folder ($TMPDIR), mode 0700.
-    // `parents`: whether missing folders above it are made as well.
-    static std::optional<TemporaryJobFolder> make(const QString& name, platform::Parents parents);
-
-    TemporaryJobFolder(TemporaryJobFolder&& other) noexcept;
-    TemporaryJobFolder& operator=(TemporaryJobFolder&&) = delete;
-    ~TemporaryJobFolder();
-
-    QString file(const QString& name) const { return path_ + u'/' + name; }
-    // Hands the folder on: whoever takes the path removes it.
-    QString release();
-
-private:
-    explicit TemporaryJobFolder(QString path) : path_(std::move(path)) {}
-
-    QString path_; // empty once handed on
-};
-
 // What distinguishes one kind of job from another.
 struct JobValues {
+    JobKind kind;
     struct {
         QString packages;        // below the support folder; holds one folder a package
         QString temporaryPrefix; // of the temporary folder's name; a UUID follows

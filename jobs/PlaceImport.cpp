@@ -18,6 +18,7 @@ namespace {
 
 JobValues placeValues() {
     return {
+        .kind = JobKind::Place,
         .folders = {u"Ortsdaten"_s, u"Norvaxel-Ortsimport-"_s, platform::Parents::Create},
         .log = {u"import.log"_s, Refusal::Log, placeFailureDetail},
         .package = {{u"origin.nxd"_s, u"norvaxel3d.json"_s}, u"last-import.txt"_s},

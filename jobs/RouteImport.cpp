@@ -34,6 +34,7 @@ constexpr qsizetype longestStationName = 200; // UTF-16 units
 
 JobValues routeValues() {
     return {
+        .kind = JobKind::Route,
         .folders = {u"Routen"_s, u"Norvaxel-Route-"_s, platform::Parents::MustExist},
         .log = {u"route.log"_s, Refusal::OutputFolder, routeFailureDetail},
         .package = {{u"route.nxd"_s, u"stations.nxd"_s, u"basemap/origin.nxd"_s,

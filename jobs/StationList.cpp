@@ -1,11 +1,7 @@
 #include "jobs/StationList.h"
 
-#include <QJsonArray>
-
 #include <algorithm>
 #include <cmath>
-
-using namespace Qt::StringLiterals;
 
 namespace jobs {
 namespace {
@@ -16,22 +12,9 @@ bool isWithin(double degrees, double limit) {
 
 } // namespace
 
-std::optional<Station> stationOf(const QString& name, const QString& detail,
-                                 const QJsonObject& feature) {
-    const QJsonArray coordinates =
-        feature.value("geometry"_L1).toObject().value("coordinates"_L1).toArray();
-    if (coordinates.size() < 2)
-        return std::nullopt;
-    // What is not a number is nowhere, rather than at 0.
-    const double lon = coordinates.at(0).toDouble(qQNaN());
-    const double lat = coordinates.at(1).toDouble(qQNaN());
-    if (!isWithin(lon, 180) || !isWithin(lat, 90))
-        return std::nullopt;
-    return Station{name, detail, lon, lat};
-}
-
 std::optional<int> StationList::add(const Station& station) {
-    if (stations_.size() >= mostStations)
+    if (stations_.size() >= mostStations || !isWithin(station.lon, 180) ||
+        !isWithin(station.lat, 90))
         return std::nullopt;
     stations_.append(station);
     return int(stations_.size()) - 1;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QJsonObject>
 #include <QList>
 #include <QString>
 
@@ -21,20 +20,16 @@ struct Station {
     bool operator==(const Station&) const = default;
 };
 
-// The station that a search result stands for; nothing when its feature (RFC 7946) holds no point
-// on earth. Pure.
-std::optional<Station> stationOf(const QString& name, const QString& detail,
-                                 const QJsonObject& feature);
-
 // The stations of a route in the order in which they are visited: the first is the start, the last
 // the destination. The same place may stand in it twice. Each edit does nothing and returns nothing
 // where it is not possible, else it returns the row that is to be selected next, -1 for none.
+// Pure; any thread that owns it.
 class StationList {
 public:
     const QList<Station>& stations() const { return stations_; }
     qsizetype size() const { return stations_.size(); }
 
-    // At the end, up to `mostStations`.
+    // At the end, up to `mostStations`; not what is nowhere on earth.
     std::optional<int> add(const Station& station);
     std::optional<int> remove(int row);
     // Exchanges the station with the one `offset` places away.

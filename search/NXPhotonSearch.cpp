@@ -1,6 +1,5 @@
 #include "search/NXPhotonSearch.h"
 
-#include "localization/NXLocal.h"
 #include "platform/Background.h"
 #include "platform/HttpsAddress.h"
 #include "platform/MainQueue.h"
@@ -9,39 +8,14 @@
 
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace search {
 
-using localization::NXLocal;
-
-namespace {
-
-QString sentence(TransferFailure failure) {
-    switch (failure) {
-    case TransferFailure::Unreadable:
-        return NXLocal(u"Die Antwort der Ortssuche konnte nicht gelesen werden."_s);
-    case TransferFailure::TooLarge:
-        return NXLocal(u"Die Antwort der Ortssuche ist zu groß. Bitte präziser suchen."_s);
-    case TransferFailure::TimedOut:
-        return NXLocal(
-            u"Zeitlimit der Ortssuche erreicht. Prüfe die Verbindung und versuche es erneut."_s);
-    case TransferFailure::NotResponding:
-        return NXLocal(u"Die Ortssuche antwortet gerade nicht. Bitte später erneut versuchen."_s);
-    case TransferFailure::Unreachable:
-        break;
-    }
-    return NXLocal(
-        u"Die Ortssuche ist nicht erreichbar. Prüfe die Verbindung und versuche es erneut."_s);
+std::shared_ptr<NXPhotonSearch> NXPhotonSearch::make(FailureText text, PhotonTransport transport) {
+    return std::shared_ptr<NXPhotonSearch>(new NXPhotonSearch(text, std::move(transport)));
 }
 
-} // namespace
-
-std::shared_ptr<NXPhotonSearch> NXPhotonSearch::make(PhotonTransport transport) {
-    return std::shared_ptr<NXPhotonSearch>(new NXPhotonSearch(std::move(transport)));
-}
-
-NXPhotonSearch::NXPhotonSearch(PhotonTransport transport) : transport_(std::move(transport)) {}
+NXPhotonSearch::NXPhotonSearch(FailureText text, PhotonTransport transport)
+    : text_(text), transport_(std::move(transport)) {}
 
 void NXPhotonSearch::start(const QUrl& url, Completion completion) {
     {
@@ -51,10 +25,9 @@ void NXPhotonSearch::start(const QUrl& url, Completion completion) {
         completion_ = std::move(completion);
     }
     if (!platform::isHttpsAddress(url))
-        finish(std::nullopt, NXLocal(u"Die Ortssuche braucht eine gültige HTTPS-Adresse."_s));
+        fail(SearchFailure::AddressRefused);
     else if (!launch(url))
-        finish(std::nullopt,
-               NXLocal(u"Der Systemtransport für die Ortssuche konnte nicht gestartet werden."_s));
+        fail(SearchFailure::NotStarted);
 }
 
 // False if curl could not be started; then neither reader nor watchdog runs.
@@ -90,7 +63,7 @@ bool NXPhotonSearch::launch(const QUrl& url) {
 void NXPhotonSearch::read(platform::UniqueFd output,
                           const std::shared_ptr<platform::ChildProcess>& child) {
     TransferResult result = readTransfer(output.get(), child->exitDescriptor());
-    if (std::holds_alternative<TransferFailure>(result))
+    if (std::holds_alternative<SearchFailure>(result))
         platform::stopChild(child);
     // Closed before waiting: a child that still writes must not block on a full pipe.
     output.reset();
@@ -101,14 +74,17 @@ void NXPhotonSearch::read(platform::UniqueFd output,
     if (auto* body = std::get_if<QByteArray>(&result))
         finish(std::move(*body), QString());
     else
-        finish(std::nullopt, sentence(std::get<TransferFailure>(result)));
+        fail(std::get<SearchFailure>(result));
 }
 
-// The watchdog. Says something else than curl's own time limit does: only to try again.
+// The watchdog.
 void NXPhotonSearch::giveUp(const std::shared_ptr<platform::ChildProcess>& child) {
-    if (finish(std::nullopt,
-               NXLocal(u"Zeitlimit der Ortssuche erreicht. Bitte erneut versuchen."_s)))
+    if (fail(SearchFailure::TimedOut))
         platform::stopChild(child);
+}
+
+bool NXPhotonSearch::fail(SearchFailure failure) {
+    return finish(std::nullopt, text_(failure));
 }
 
 bool NXPhotonSearch::finish(std::optional<QByteArray> body, const QString& failure) {

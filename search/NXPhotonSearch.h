@@ -35,10 +35,11 @@ struct PhotonTransport {
 class NXPhotonSearch : public std::enable_shared_from_this<NXPhotonSearch> {
 public:
     // Exactly one of the two is set: the answer's body, which may be empty, or a sentence in the
-    // user's language. Called on the main thread, never from inside start().
+    // person's language. Called on the main thread, never from inside start().
     using Completion = std::function<void(std::optional<QByteArray> body, QString message)>;
 
-    static std::shared_ptr<NXPhotonSearch> make(PhotonTransport transport = {});
+    // `text` says a failure. Main thread.
+    static std::shared_ptr<NXPhotonSearch> make(FailureText text, PhotonTransport transport = {});
     NXPhotonSearch(const NXPhotonSearch&) = delete;
     NXPhotonSearch& operator=(const NXPhotonSearch&) = delete;
 
@@ -60,11 +61,13 @@ public:
     bool cancelled() const;
 
 private:
-    explicit NXPhotonSearch(PhotonTransport transport);
+    NXPhotonSearch(FailureText text, PhotonTransport transport);
+    bool fail(SearchFailure failure);
     bool launch(const QUrl& url);
     void read(platform::UniqueFd output, const std::shared_ptr<platform::ChildProcess>& child);
     void giveUp(const std::shared_ptr<platform::ChildProcess>& child);
 
+    const FailureText text_;
     const PhotonTransport transport_;
 
     mutable std::mutex mutex_; // guards everything below

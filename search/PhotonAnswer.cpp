@@ -60,7 +60,7 @@ ResultRow rowOf(const QJsonObject& feature, Point point, const QString& query) {
     const QString detail =
         filled(NXLocal(u"%@%@%.4f, %.4f"_s),
                {parts.join(NXLocal(u", "_s)), separator, point.latitude, point.longitude});
-    return {name, detail, feature};
+    return {name, detail, point.longitude, point.latitude, feature};
 }
 
 } // namespace

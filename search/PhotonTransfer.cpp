@@ -63,7 +63,7 @@ TransferResult readTransfer(int output, int exitDescriptor) {
         if (::poll(sources.data(), sources.size(), ended ? 0 : -1) < 0) {
             if (errno == EINTR)
                 continue;
-            return TransferFailure::Unreadable;
+            return SearchFailure::Unreadable;
         }
         // Nothing to read: either curl's end has woken us, and one more look shows what it wrote
         // last, or that look has just been taken.
@@ -79,31 +79,31 @@ TransferResult readTransfer(int output, int exitDescriptor) {
         if (got < 0) {
             if (errno == EINTR)
                 continue;
-            return TransferFailure::Unreadable;
+            return SearchFailure::Unreadable;
         }
         if (held.size() + got > maximumBodySize + successTrailer.size())
-            return TransferFailure::TooLarge;
+            return SearchFailure::TooLarge;
         held.append(chunk.data(), got);
     }
 }
 
 TransferResult judgeTransfer(QByteArray output, const platform::ChildExit& exit) {
     if (exit.kind != platform::ChildExit::Kind::Exited)
-        return TransferFailure::Unreachable;
+        return SearchFailure::Unreachable;
     switch (exit.value) {
     case 0:
         if (!output.endsWith(successTrailer))
-            return TransferFailure::NotResponding;
+            return SearchFailure::NotResponding;
         output.chop(successTrailer.size());
         return output;
     case 22:
-        return TransferFailure::NotResponding;
+        return SearchFailure::NotResponding;
     case 28:
-        return TransferFailure::TimedOut;
+        return SearchFailure::CurlTimedOut;
     case 63:
-        return TransferFailure::TooLarge;
+        return SearchFailure::TooLarge;
     default:
-        return TransferFailure::Unreachable;
+        return SearchFailure::Unreachable;
     }
 }
 

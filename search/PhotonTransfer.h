@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ChildProcess.h"
+#include "search/SearchFailure.h"
 
 #include <QByteArray>
 #include <QUrl>
@@ -11,30 +12,23 @@
 
 namespace search {
 
-// Why a request brought no body.
-enum class TransferFailure {
-    Unreadable,    // curl's output could not be read
-    TooLarge,      // more than maximumBodySize
-    TimedOut,      // curl gave up waiting
-    NotResponding, // the server answered, but not with status 200
-    Unreachable    // no connection, or anything else that made curl fail
-};
+// The body, or why there is none.
+using TransferResult = std::variant<QByteArray, SearchFailure>;
 
-using TransferResult = std::variant<QByteArray, TransferFailure>;
-
+// The most bytes of a body.
 inline constexpr qsizetype maximumBodySize = 1'048'576;
 
 // The 22 arguments with which curl asks for url once, over HTTPS only, and writes the HTTP status
-// on a line of its own behind the body.
+// on a line of its own behind the body. Pure; any thread.
 std::vector<std::string> photonArguments(const QUrl& url);
 
 // Reads what curl writes, until it closes its output, or has ended and nothing more is there: a
 // process it left behind may hold the pipe open for ever. Blocks; exitDescriptor becomes readable
-// when curl has ended. The bytes still hold the status line.
+// when curl has ended. The bytes still hold the status line. Any thread but the main one.
 TransferResult readTransfer(int output, int exitDescriptor);
 
 // What an output that was read to its end means, given how curl ended: the body without the status
-// line, or the failure.
+// line, or the failure. Pure; any thread. (curl's own manual lists its exit codes.)
 TransferResult judgeTransfer(QByteArray output, const platform::ChildExit& exit);
 
 } // namespace search

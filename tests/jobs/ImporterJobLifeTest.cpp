@@ -2,10 +2,9 @@
 // to itself and after it has ended: one report each, and nothing is left.
 
 #include "ChildTest.h"
-#include "JobFolders.h"
+#include "ScriptedPlan.h"
 #include "WaitUntil.h"
 #include "jobs/ImporterJob.h"
-#include "platform/PrivateFiles.h"
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -19,40 +18,18 @@ using namespace jobs;
 
 namespace {
 
-class ImporterJobLifeTest : public ChildTest {
+class ImporterJobLifeTest : public ChildTest, protected ScriptedPlan {
 protected:
     ImporterJobLifeTest() {
-        QDir().mkpath(support_);
         QDir().mkpath(output_);
         // The tool of these tests leaves no package: it is there already.
-        makeFile(output_ + u"/route.nxd"_s);
+        makeFile(output_ + u"/origin.nxd"_s);
+        makeFile(output_ + u"/norvaxel3d.json"_s);
     }
-
-    JobPlan plan(std::vector<QString> arguments) {
-        EXPECT_FALSE(
-            platform::createPrivateFolder(temporary_.toStdString(), platform::Parents::MustExist));
-        auto log = platform::createPrivateLog((temporary_ + u"/route.log"_s).toStdString());
-        EXPECT_FALSE(log.failure);
-        return {.tool = QStringLiteral(CHILD_HELPER),
-                .arguments = QStringList(arguments.begin(), arguments.end()),
-                .temporaryFolder = temporary_,
-                .logPath = temporary_ + u"/route.log"_s,
-                .log = std::move(log.file),
-                .supportFolder = support_,
-                .outputFolder = output_,
-                .requiredFiles = {u"route.nxd"_s},
-                .pointerName = u"last-route.txt"_s,
-                .packageFiles = {},
-                .failureDetail = [](const QString&) { return QString(); }};
-    }
-
-    const QTemporaryDir root_;
-    const QString temporary_ = root_.filePath(u"job"_s);
-    const QString support_ = root_.filePath(u"support"_s);
-    const QString output_ = root_.filePath(u"package"_s);
 };
 
 TEST_F(ImporterJobLifeTest, every_life_is_reported_exactly_once_whenever_it_is_stopped) {
+    const QString helper = QStringLiteral(CHILD_HELPER);
     constexpr int lives = 2000;
     constexpr unsigned seed = 20261121;
     std::mt19937 random(seed);
@@ -64,7 +41,7 @@ TEST_F(ImporterJobLifeTest, every_life_is_reported_exactly_once_whenever_it_is_s
         const bool endsItself = random() % 2 == 0;
         const std::chrono::milliseconds delay(random() % 5);
         const auto job = std::make_shared<ImporterJob>(
-            plan(endsItself ? std::vector{u"exit"_s, u"0"_s} : std::vector{u"hang"_s}));
+            planFor(helper, endsItself ? QStringList{u"exit"_s, u"0"_s} : QStringList{u"hang"_s}));
         bool isStopped = false;
         const auto stop = [&] {
             job->stop();
@@ -97,7 +74,7 @@ TEST_F(ImporterJobLifeTest, every_life_is_reported_exactly_once_whenever_it_is_s
     EXPECT_TRUE(waitUntil([&] { return openDescriptors() <= descriptors + 2; }))
         << openDescriptors() << " instead of " << descriptors;
     EXPECT_TRUE(QDir(support_).entryList(QDir::Files) ==
-                QStringList({u"last-route.txt"_s, u"letzter-import.log"_s}));
+                QStringList({u"last-import.txt"_s, u"letzter-import.log"_s}));
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "jobs/ImporterJob.h"
 
-#include "platform/ChildProcess.h"
-#include "platform/PrivateFiles.h"
+#include "ScriptedPlan.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -10,18 +9,10 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
 using namespace Qt::StringLiterals;
 using namespace jobs;
 
 namespace {
-
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
-}
 
 void write(const QString& path, const QByteArray& bytes) {
     QFile file(path);
@@ -30,32 +21,8 @@ void write(const QString& path, const QByteArray& bytes) {
 }
 
 // One job over a tool that is a shell script, in folders of the test's own.
-class ImporterJobTest : public testing::Test {
+class ImporterJobTest : public testing::Test, protected ScriptedPlan {
 protected:
-    ImporterJobTest() { QDir().mkpath(support_); }
-
-    JobPlan plan(const QByteArray& script) {
-        const QString tool = root_.filePath(u"tool"_s);
-        write(tool, "#!/bin/sh\n" + script);
-        QFile::setPermissions(tool, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        EXPECT_FALSE(
-            platform::createPrivateFolder(temporary_.toStdString(), platform::Parents::MustExist));
-        auto log = platform::createPrivateLog((temporary_ + u"/import.log"_s).toStdString());
-        EXPECT_FALSE(log.failure);
-        return {
-            .tool = tool,
-            .arguments = {output_, u"two words"_s},
-            .temporaryFolder = temporary_,
-            .logPath = temporary_ + u"/import.log"_s,
-            .log = std::move(log.file),
-            .supportFolder = support_,
-            .outputFolder = output_,
-            .requiredFiles = {u"origin.nxd"_s, u"norvaxel3d.json"_s},
-            .pointerName = u"last-import.txt"_s,
-            .packageFiles = {{u"extra.json"_s, "extra"}},
-            .failureDetail = [](const QString& path) { return QString::fromUtf8(contents(path)); }};
-    }
-
     JobReport run(const QByteArray& script) {
         start(script);
         return awaitReport();
@@ -81,18 +48,10 @@ protected:
         return report_;
     }
 
-    QTemporaryDir root_;
-    const QString temporary_ = root_.filePath(u"job"_s);
-    const QString support_ = root_.filePath(u"support"_s);
-    const QString output_ = root_.filePath(u"package"_s);
-    const QString pointer_ = support_ + u"/last-import.txt"_s;
-    const QString keptLog_ = support_ + u"/letzter-import.log"_s;
     std::shared_ptr<ImporterJob> job_;
     JobReport report_{};
     int reports_ = 0;
 };
-
-const QByteArray makePackage = R"(mkdir "$1" && touch "$1/origin.nxd" "$1/norvaxel3d.json")";
 
 } // namespace
 

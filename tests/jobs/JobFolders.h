@@ -30,6 +30,13 @@ inline void makeFile(const QString& path, QFile::Permissions permissions = QFile
 
 // A home, a temporary folder and a folder with an importer, all of the test's own.
 class JobFolders : public testing::Test {
+public:
+    // Asked once, before the first test points the program elsewhere.
+    static QString systemFolder() {
+        static const QString folder = QDir::tempPath();
+        return folder;
+    }
+
 protected:
     JobFolders() {
         EXPECT_TRUE(root_.isValid());
@@ -46,12 +53,6 @@ protected:
         EXPECT_TRUE(
             QDir(temporary_).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
         return std::get<Refusal>(preparation);
-    }
-
-    // Asked once, before the first test points the program elsewhere.
-    static QString systemFolder() {
-        static const QString folder = QDir::tempPath();
-        return folder;
     }
 
     QTemporaryDir root_{systemFolder() + u"/jobs-XXXXXX"_s};

@@ -41,7 +41,7 @@ protected:
 
 TEST_F(PlaceImport, prepares_the_folders_and_files) {
     const JobPlan job = plan(request_);
-    const QString folder = job.temporaryFolder;
+    const QString folder = job.temporaryFolder.path();
     EXPECT_EQ(QFileInfo(folder).path(), temporary_);
     const QRegularExpression name(
         u"^Norvaxel-Ortsimport-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$"_s);
@@ -65,7 +65,6 @@ TEST_F(PlaceImport, prepares_the_folders_and_files) {
     EXPECT_EQ(job.requiredFiles, (QStringList{u"origin.nxd"_s, u"norvaxel3d.json"_s}));
     EXPECT_EQ(job.pointerName, u"last-import.txt"_s);
     EXPECT_TRUE(job.log);
-    QDir(folder).removeRecursively();
 }
 
 TEST_F(PlaceImport, gives_the_tool_its_arguments) {
@@ -117,7 +116,7 @@ TEST_F(PlaceImport, two_imports_of_one_second_have_folders_of_their_own) {
     const JobPlan first = plan(request_);
     const JobPlan second = plan(request_);
     EXPECT_NE(first.outputFolder, second.outputFolder);
-    EXPECT_NE(first.temporaryFolder, second.temporaryFolder);
+    EXPECT_NE(first.temporaryFolder.path(), second.temporaryFolder.path());
 }
 
 TEST_F(PlaceImport, refuses_without_a_stored_search) {

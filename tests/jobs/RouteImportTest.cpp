@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
@@ -63,7 +64,7 @@ TEST(RouteImportModeArguments, say_how_a_route_is_travelled) {
 
 TEST_F(RouteImport, prepares_the_folders_and_files) {
     const JobPlan job = plan(request_);
-    const QString folder = job.temporaryFolder;
+    const QString folder = job.temporaryFolder.path();
     EXPECT_EQ(QFileInfo(folder).path(), temporary_);
     const QRegularExpression name(u"^Norvaxel-Route-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$"_s);
     EXPECT_TRUE(name.match(QFileInfo(folder).fileName()).hasMatch()) << qPrintable(folder);
@@ -92,7 +93,6 @@ TEST_F(RouteImport, prepares_the_folders_and_files) {
                            u"basemap/norvaxel3d.json"_s}));
     EXPECT_EQ(job.pointerName, u"last-route.txt"_s);
     EXPECT_TRUE(job.packageFiles.isEmpty());
-    QDir(folder).removeRecursively();
 }
 
 TEST_F(RouteImport, gives_the_tool_its_arguments) {

@@ -1,19 +1,13 @@
 #include "jobs/StationList.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-
 #include <gtest/gtest.h>
+
+#include <limits>
 
 using namespace Qt::StringLiterals;
 using namespace jobs;
 
 namespace {
-
-std::optional<Station> stationAt(const QByteArray& coordinates) {
-    const QByteArray feature = R"({"geometry":{"type":"Point","coordinates":)" + coordinates + "}}";
-    return stationOf(u"Name"_s, u"Detail"_s, QJsonDocument::fromJson(feature).object());
-}
 
 Station named(const QString& name) {
     return {name, {}, 1, 2};
@@ -35,17 +29,29 @@ StationList listOf(const QStringList& names) {
 
 } // namespace
 
-TEST(StationOf, takes_longitude_and_latitude_from_the_feature) {
-    EXPECT_EQ(stationAt("[13.5,52.25,34]"), (Station{u"Name"_s, u"Detail"_s, 13.5, 52.25}));
-}
-
-TEST(StationOf, accepts_the_edges_of_the_earth_and_nothing_beyond) {
-    for (const char* inside : {"[180,-90]", "[-180,90]", "[0,0]"})
-        EXPECT_TRUE(stationAt(inside)) << inside;
-    for (const char* outside : {"[200,10]", "[10,95]", "[-180.5,0]", "[0,-90.5]", "[]", "[1]", "{}",
-                                "null", "[\"1\",2]", "[1,null]", "[true,2]"})
-        EXPECT_FALSE(stationAt(outside)) << outside;
-    EXPECT_FALSE(stationOf(u"a"_s, u"b"_s, {}));
+TEST(StationList, accepts_the_edges_of_the_earth_and_nothing_beyond) {
+    constexpr double nowhere = std::numeric_limits<double>::quiet_NaN();
+    constexpr double endless = std::numeric_limits<double>::infinity();
+    struct Case {
+        double lon, lat;
+        bool isOnEarth;
+    };
+    for (const Case& c : {Case{180, -90, true},
+                          {-180, 90, true},
+                          {0, 0, true},
+                          {200, 10, false},
+                          {10, 95, false},
+                          {-180.5, 0, false},
+                          {0, -90.5, false},
+                          {nowhere, 0, false},
+                          {0, nowhere, false},
+                          {endless, 0, false},
+                          {0, -endless, false}}) {
+        StationList list;
+        EXPECT_EQ(list.add({u"a"_s, u"b"_s, c.lon, c.lat}).has_value(), c.isOnEarth)
+            << c.lon << ' ' << c.lat;
+        EXPECT_EQ(list.size(), c.isOnEarth ? 1 : 0);
+    }
 }
 
 TEST(StationList, takes_up_to_32_and_ignores_the_33rd) {

@@ -79,36 +79,36 @@ TEST(PhotonTransferTest, an_output_is_judged_by_the_table) {
     struct Row {
         ChildExit exit;
         const char* output;
-        TransferFailure failure;
+        SearchFailure failure;
     };
     const Row failures[] = {
-        {exited(28), "\n200", TransferFailure::TimedOut},
-        {exited(63), "\n200", TransferFailure::TooLarge},
-        {exited(22), "\n404", TransferFailure::NotResponding},
-        {exited(22), "\n200", TransferFailure::NotResponding},
-        {exited(6), "\n000", TransferFailure::Unreachable},
-        {exited(7), "", TransferFailure::Unreachable},
-        {exited(1), "\n200", TransferFailure::Unreachable},
-        {exited(255), "\n200", TransferFailure::Unreachable},
+        {exited(28), "\n200", SearchFailure::CurlTimedOut},
+        {exited(63), "\n200", SearchFailure::TooLarge},
+        {exited(22), "\n404", SearchFailure::NotResponding},
+        {exited(22), "\n200", SearchFailure::NotResponding},
+        {exited(6), "\n000", SearchFailure::Unreachable},
+        {exited(7), "", SearchFailure::Unreachable},
+        {exited(1), "\n200", SearchFailure::Unreachable},
+        {exited(255), "\n200", SearchFailure::Unreachable},
         // A signal with the number of a known status is no status.
-        {{ChildExit::Kind::Signalled, 28}, "\n200", TransferFailure::Unreachable},
-        {{ChildExit::Kind::Signalled, 9}, "\n200", TransferFailure::Unreachable},
-        {{ChildExit::Kind::Unknown, 0}, "\n200", TransferFailure::Unreachable},
-        {exited(0), "{}\n201", TransferFailure::NotResponding},
-        {exited(0), "\n204", TransferFailure::NotResponding},
-        {exited(0), "{}\n301", TransferFailure::NotResponding},
-        {exited(0), "{}\n2000", TransferFailure::NotResponding},
-        {exited(0), "{}\n200\n", TransferFailure::NotResponding},
-        {exited(0), "{}\r200", TransferFailure::NotResponding},
-        {exited(0), "{}200", TransferFailure::NotResponding},
-        {exited(0), "200", TransferFailure::NotResponding},
-        {exited(0), "\n20", TransferFailure::NotResponding},
-        {exited(0), "", TransferFailure::NotResponding},
+        {{ChildExit::Kind::Signalled, 28}, "\n200", SearchFailure::Unreachable},
+        {{ChildExit::Kind::Signalled, 9}, "\n200", SearchFailure::Unreachable},
+        {{ChildExit::Kind::Unknown, 0}, "\n200", SearchFailure::Unreachable},
+        {exited(0), "{}\n201", SearchFailure::NotResponding},
+        {exited(0), "\n204", SearchFailure::NotResponding},
+        {exited(0), "{}\n301", SearchFailure::NotResponding},
+        {exited(0), "{}\n2000", SearchFailure::NotResponding},
+        {exited(0), "{}\n200\n", SearchFailure::NotResponding},
+        {exited(0), "{}\r200", SearchFailure::NotResponding},
+        {exited(0), "{}200", SearchFailure::NotResponding},
+        {exited(0), "200", SearchFailure::NotResponding},
+        {exited(0), "\n20", SearchFailure::NotResponding},
+        {exited(0), "", SearchFailure::NotResponding},
     };
     for (const Row& row : failures) {
         const TransferResult result = judgeTransfer(row.output, row.exit);
-        ASSERT_TRUE(std::holds_alternative<TransferFailure>(result)) << row.output;
-        EXPECT_EQ(std::get<TransferFailure>(result), row.failure)
+        ASSERT_TRUE(std::holds_alternative<SearchFailure>(result)) << row.output;
+        EXPECT_EQ(std::get<SearchFailure>(result), row.failure)
             << row.output << " " << row.exit.value;
     }
     EXPECT_EQ(bodyOf(judgeTransfer("\n200", exited(0))), QByteArray(""));
@@ -185,7 +185,7 @@ TEST(PhotonTransferTest, an_output_is_read_up_to_the_limit_and_no_further) {
         if (row.accepted)
             EXPECT_EQ(bodyOf(result).size(), qsizetype(row.size));
         else
-            EXPECT_EQ(std::get<TransferFailure>(result), TransferFailure::TooLarge);
+            EXPECT_EQ(std::get<SearchFailure>(result), SearchFailure::TooLarge);
     }
     ::signal(SIGPIPE, before);
 }
@@ -193,8 +193,8 @@ TEST(PhotonTransferTest, an_output_is_read_up_to_the_limit_and_no_further) {
 TEST(PhotonTransferTest, an_output_that_cannot_be_read_is_a_failure_of_its_own) {
     const Source source;
     const platform::UniqueFd folder(::open("/", O_RDONLY | O_DIRECTORY));
-    EXPECT_EQ(std::get<TransferFailure>(readTransfer(folder.get(), source.exit.readEnd.get())),
-              TransferFailure::Unreadable);
+    EXPECT_EQ(std::get<SearchFailure>(readTransfer(folder.get(), source.exit.readEnd.get())),
+              SearchFailure::Unreadable);
 }
 
 } // namespace

@@ -3,9 +3,8 @@
 #include "Application.h"
 #include "Messages.h"
 #include "TemporaryFolder.h"
+#include "app/Composition.h"
 #include "localization/Language.h"
-#include "look/style/Style.h"
-#include "look/text/Fonts.h"
 
 #include <gtest/gtest.h>
 
@@ -73,7 +72,6 @@ int main(int count, char** values) {
     settleSurroundings(home);
     qInstallMessageHandler(keepMessage);
     Application application(count, values);
-    look::preferLettersOf(programLanguage.stored);
-    look::applyLook(application);
+    app::compose(application);
     return RUN_ALL_TESTS();
 }
