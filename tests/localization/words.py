@@ -3,17 +3,21 @@
 Reads all words of the program and of the plug-in as an editor would who knows the rules of each
 language but not the language, and says what breaks them. CHECK is one of
 
-script       letters of another script or alphabet, names apart
-oversight    a cell that is the German or the English text once more
+script       letters of another script or alphabet, names and units apart
+oversight    a cell that is the German or the English text once more, of more than digits, units,
+             placeholders and words of international.tsv
 punctuation  foreign quotation marks, dots in place of an ellipsis, typewriter signs, French spacing
 names        the name of a program, service or file that was changed
 titles       a title quoted in a sentence that is not the title as it is shown
 glossary     a term that the glossary gives another word for
+files        files that differ in their rows, the order of these or what stands above them
 msgfmt       what gettext's own tool complains of
 
-Rows that may break a rule are in exceptions.tsv, one by one; one that breaks none is a fault too.
+Rows that may break a rule are in exceptions.tsv, one by one; one that breaks none is a fault too,
+and so is a word in international.tsv that no row needs.
 """
 
+import itertools
 import pathlib
 import re
 import subprocess
@@ -55,7 +59,7 @@ NAMES = [
     "Norvaxel 3D", "Norvaxel 2D", "Norvaxel", "DaVinci Resolve", "Resolve", "OpenStreetMap",
     "OpenFreeMap", "OpenMapTiles", "Terrain Tiles", "AWS", "Photon", "OSRM", "OSM", "Overpass",
     "ODbL", "Open Database License", "HTTPS", "GPU", "CPU", "RGB", "RGBA", "PNG", "GeoJSON", "sRGB",
-    "ACEScg", "origin.nxd", "route.nxd", "norvaxel3d.json", "OK", "3D",
+    "ACEScg", "origin.nxd", "route.nxd", "norvaxel3d.json", "OK", "3D", "JPEG", "Rec. 709", "8K",
 ]
 NAME = re.compile(
     r"(?<![A-Za-z])(?:" + "|".join(map(re.escape, sorted(NAMES, key=len, reverse=True)))
@@ -63,6 +67,24 @@ NAME = re.compile(
 )
 # Ordinary words or abbreviations that a language may have its own for.
 TRANSLATABLE = {"OK", "Open Database License", "3D", "CPU", "RGB", "GPU"}
+
+# The units that a language writes in Latin letters, after a number or alone in brackets.
+LATIN_UNITS = dict.fromkeys(["en", "es", "fr", "pt", "it", "pl"], "km/h km m h min s")
+LATIN_UNITS |= {"tr": "km m", "ja": "km/h km m mi nmi ms", "ko": "km/h km m mi nmi", "zh-Hans": "MB GB"}
+
+
+def unit_of(language):
+    """What matches a unit of this language, of which only the one with a stroke stands anywhere."""
+    units = LATIN_UNITS.get(language, "").split()
+    anywhere = [re.escape(unit) for unit in units if "/" in unit]
+    units = "|".join(map(re.escape, units)) or "(?!)"
+    # A placeholder stands for a number; a fragment is joined after one.
+    places = r"(?:(?:\d|%@|%lu|%ld|%\.4f)[ \u00a0]?|^ |[(（])"
+    anywhere = "|".join(anywhere) or "(?!)"
+    return re.compile(rf"{places}(?:{units})(?![A-Za-z])|(?<![A-Za-z])(?:{anywhere})(?![A-Za-z])")
+
+
+UNIT = {language: unit_of(language) for language in LANGUAGES}
 
 
 class Words:
@@ -77,6 +99,10 @@ class Words:
                 self.cells[path.stem, entry.msgid] = entry.msgstr
         self.rows = list(dict.fromkeys(german for _, german in self.cells))
         self.glossary = self.table(folder / "glossary.tsv")
+        self.international = {}  # (language, word) to whether a row needed it
+        for word, languages in self.table(folder / "international.tsv")[1:]:
+            for language in languages.split():
+                self.international[language, word] = False
         self.exceptions = {}  # (check, language, German) to whether it was needed
         for check, language, german, _ in self.table(folder / "exceptions.tsv")[1:]:
             self.exceptions[check, language, german] = False
@@ -102,15 +128,35 @@ class Words:
             self.faults.append(f"{language}: {german!r} is {text!r}: {what}")
 
     def stale_exceptions(self, check):
-        return [
+        found = [
             f"exceptions.tsv: {check}, {language}: {german!r} needs no exception"
             for (kind, language, german), needed in self.exceptions.items()
             if kind == check and not needed
         ]
+        if check == "oversight":
+            found += [
+                f"international.tsv: no row needs {word!r} for {language}"
+                for (language, word), needed in self.international.items()
+                if not needed
+            ]
+        return found
+
+    def without_international(self, language, text):
+        """A text that is the same in another language, without the words that may be."""
+
+        def kept(match):
+            key = language, match[0].lower()
+            if key in lowered:
+                self.international[lowered[key]] = True
+                return ""
+            return match[0]
+
+        lowered = {(code, word.lower()): (code, word) for code, word in self.international}
+        return re.sub(r"[^\W\d_]+", kept, text)
 
 
-def without_names(text):
-    return NAME.sub("", PLACEHOLDER.sub("", text))
+def without_names(language, text):
+    return PLACEHOLDER.sub("", UNIT[language].sub("", NAME.sub("", text)))
 
 
 def is_of(language, letter):
@@ -123,7 +169,8 @@ def is_of(language, letter):
 def check_script(words):
     for language in LANGUAGES:
         for german, text in words.texts(language):
-            foreign = [c for c in without_names(text) if c.isalpha() and not is_of(language, c)]
+            plain = without_names(language, text)
+            foreign = [c for c in plain if c.isalpha() and not is_of(language, c)]
             if foreign:
                 words.fault("script", language, german, f"foreign letters {''.join(foreign)!r}")
 
@@ -131,11 +178,15 @@ def check_script(words):
 def check_oversight(words):
     for language in LANGUAGES:
         for german, text in words.texts(language):
-            has_words = any(c.isalpha() for c in without_names(text))
-            if has_words and text == german:
-                words.fault("oversight", language, german, "the German text")
-            elif has_words and language != "en" and text == words.cells["en", german]:
-                words.fault("oversight", language, german, "the English text")
+            if text == german:
+                what = "the German text"
+            elif language != "en" and text == words.cells["en", german]:
+                what = "the English text"
+            else:
+                continue
+            own = words.without_international(language, without_names(language, text))
+            if any(c.isalpha() for c in own):
+                words.fault("oversight", language, german, what)
 
 
 def faults_of_punctuation(language, german, text):
@@ -195,16 +246,30 @@ def check_titles(words):
                     words.fault("titles", language, german, f"the title is {quoted}")
 
 
-def check_glossary(words):
-    header, *terms = words.glossary
-    if header != ["term", "de", *LANGUAGES]:
+def terms(words):
+    """Each term with its forms by language; what is wrong with the file is a fault."""
+    header, *lines = words.glossary
+    if header != ["term", "language", "forms"]:
         words.faults.append(f"glossary.tsv: its columns are {header}")
-        return
-    for term, *cells in terms:
-        if len(cells) != len(header) - 1 or not all(cells):
-            words.faults.append(f"glossary.tsv: {term} lacks a language")
-            continue
-        forms = dict(zip(header[1:], (cell.split("|") for cell in cells)))
+        return {}
+    found = {}
+    for line in lines:
+        term, language, forms = (*line, "", "")[:3]
+        if language not in ["de", *LANGUAGES] or not forms or len(line) != 3:
+            words.faults.append(f"glossary.tsv: {line} is no term, language and forms")
+        elif language in found.setdefault(term, {}):
+            words.faults.append(f"glossary.tsv: {term} stands twice for {language}")
+        else:
+            found[term][language] = forms.split("|")
+    for term, forms in found.items():
+        missing = [language for language in ["de", *LANGUAGES] if language not in forms]
+        if missing:
+            words.faults.append(f"glossary.tsv: {term} lacks {', '.join(missing)}")
+    return {term: forms for term, forms in found.items() if len(forms) == len(LANGUAGES) + 1}
+
+
+def check_glossary(words):
+    for term, forms in terms(words).items():
         concerned = 0
         for german in words.rows:
             kept = german
@@ -224,6 +289,24 @@ def check_glossary(words):
             words.faults.append(f"glossary.tsv: no row has the term {term}")
 
 
+def check_files(words):
+    """Each row stands at the same place in all files of a folder, below the same comments."""
+    for folder in dict.fromkeys(path.parent for path in words.files):
+        wanted = []
+        for path in (path for path in words.files if path.parent == folder):
+            found = [(entry.msgid, entry.comment) for entry in polib.pofile(str(path))]
+            wanted = wanted or found
+            if found == wanted:
+                continue
+            pairs = itertools.zip_longest(found, wanted, fillvalue=("", ""))
+            (german, comment), (other, above) = next(pair for pair in pairs if pair[0] != pair[1])
+            what = f"the row {german!r}" if german else "no row"
+            if german == other:
+                what = f"{comment!r} above {german!r}"
+            words.faults.append(f"{path}: {what}, where {folder.name}/ar.po has "
+                                + (repr(above) if german == other else repr(other)))
+
+
 def check_msgfmt(words):
     for path in words.files:
         result = subprocess.run(["msgfmt", "--check", "--output-file=/dev/null", path],
@@ -239,6 +322,7 @@ CHECKS = {
     "names": check_names,
     "titles": check_titles,
     "glossary": check_glossary,
+    "files": check_files,
     "msgfmt": check_msgfmt,
 }
 

@@ -6,7 +6,7 @@ import unittest
 
 import words
 
-GLOSSARY = "term\tde\t" + "\t".join(words.LANGUAGES) + "\n"
+GLOSSARY = "term\tlanguage\tforms\n"
 EXCEPTIONS = "check\tlanguage\tGerman\twhy\n"
 
 
@@ -22,6 +22,10 @@ class WordsTest(unittest.TestCase):
         (self.folder / "program").mkdir()
         self.glossary("")
         self.exceptions("")
+        self.international("")
+
+    def international(self, lines):
+        (self.folder / "international.tsv").write_text("word\tlanguages\n" + lines, encoding="utf-8")
 
     def glossary(self, lines):
         (self.folder / "glossary.tsv").write_text(GLOSSARY + lines, encoding="utf-8")
@@ -72,8 +76,32 @@ class WordsTest(unittest.TestCase):
         self.assertEqual(self.of("it", found) + self.of("en", found), [])
         self.assertIn("the German text", self.of("en", self.faults("oversight", ("Dach", "Dach")))[0])
 
-    def test_names_and_formats_are_no_oversight(self):
+    def test_names_formats_and_units_are_no_oversight(self):
         self.assertEqual(self.faults("oversight", ("%@ · %lu", "%@ · %lu"), ("GPU", "GPU")), [])
+        rows = [(text, text) for text in ["2 km", "%@ km/h", "%ld h %ld min", " m"]]
+        self.assertEqual(self.of("fr", self.faults("oversight", *rows)), [])
+        for bad in ["2 kmh", "2 Hm", "m", "2 Minuten", "Dach m"]:
+            found = self.faults("oversight", (bad, bad))
+            self.assertEqual(len(self.of("fr", found)), 1, bad)
+
+    def test_unit_is_written_in_the_letters_of_the_language(self):
+        row = ("%@ m, 2 km/h (mi)", "%@ m, 2 km/h (mi)")
+        for check in ["oversight", "script"]:
+            self.assertEqual(self.of("ja", self.faults(check, row)), [])
+        for language in ["ru", "ar", "hi", "zh-Hans"]:
+            self.assertNotEqual(self.of(language, self.faults("script", row)), [], language)
+        self.assertNotEqual(self.of("tr", self.faults("oversight", ("2 km/h", "2 km/h"))), [])
+        self.assertNotEqual(self.of("ja", self.faults("script", ("x", "屋根m"))), [])
+
+    def test_international_word_is_no_oversight_in_the_languages_that_have_it(self):
+        row = ("Smog %@", "Smog %@")
+        self.international("smog\ten fr\n")
+        found = self.faults("oversight", row)
+        self.assertEqual(self.of("en", found) + self.of("fr", found), [])
+        self.assertEqual(len(self.of("pl", found)), 1)
+        self.assertNotEqual(self.of("fr", self.faults("oversight", ("Smogwolke", "Smogwolke"))), [])
+        self.international("Smog\t" + " ".join(words.LANGUAGES) + "\nNeon\tit\n")
+        self.assertEqual(self.faults("oversight", row), ["international.tsv: no row needs 'Neon' for it"])
 
     def test_quotation_marks(self):
         row = ("Wähle »Dach«.", "Choose “Dach”.")
@@ -117,14 +145,52 @@ class WordsTest(unittest.TestCase):
         found = self.faults("titles", *rows, it=["Carica", "Fai clic su “Caricare”."])
         self.assertEqual(len(self.of("it", found)), 1)
 
+    def term(self, term, **forms):
+        """The lines of a term whose form is "x" in every language but those given."""
+        return "".join(f"{term}\t{language}\t{forms.get(language, 'x')}\n"
+                       for language in ["de", *words.LANGUAGES])
+
     def test_term_that_the_glossary_names_otherwise(self):
-        self.glossary("roof\tDach|!Dachs\troof" + "\tx" * 12 + "\n")
+        lines = self.term("roof", de="Dach|!Dachs", en="roof|thatch")
+        self.glossary(lines)
         row = ("Dachform", "Roof shape")
         self.assertEqual(self.of("en", self.faults("glossary", row)), [])
+        self.assertEqual(self.of("en", self.faults("glossary", ("Dach", "Thatch"))), [])
         self.assertEqual(len(self.of("fr", self.faults("glossary", row))), 1)
         self.assertIn("no row has the term roof", self.faults("glossary", ("Dachs", "Badger"))[-1])
-        self.glossary("roof\tDach\troof\n")
-        self.assertIn("lacks a language", self.faults("glossary", row)[0])
+
+    def test_glossary_says_each_term_once_in_each_language(self):
+        lines = self.term("roof", de="Dach")
+        row = ("Dach", "x")
+        for broken, what in [
+            (lines.replace("roof\tpl\tx\n", ""), "roof lacks pl"),
+            (lines + "roof\tpl\ty\n", "roof stands twice for pl"),
+            (lines.replace("roof\tpl\tx", "roof\tpl\t"), "roof lacks pl"),
+            (lines + "roof\tnb\ttak\n", "is no term, language and forms"),
+        ]:
+            with self.subTest(what):
+                self.glossary(broken)
+                self.assertIn(what, "\n".join(self.faults("glossary", row)))
+        self.glossary(lines)
+        self.assertEqual(self.faults("glossary", row), [])
+
+    def test_file_that_differs_in_its_rows_or_in_what_stands_above_them(self):
+        rows = [("Dach", "Roof"), ("Wand", "Wall")]
+        self.assertEqual(self.faults("files", *rows), [])
+        path = self.folder / "program/it.po"
+        good = path.read_text(encoding="utf-8")
+        wall = good[good.index("#, objc-format\nmsgid \"Wand"):]
+        for bad, what in [
+            (good.replace(wall, ""), "'Wand'"),
+            (good.replace(wall, "").replace("#, objc", wall + "\n#, objc", 1), "the row 'Wand'"),
+            (good.replace("#, objc", "#. Shown in: menus\n#, objc", 1), "'Shown in: menus' above 'Dach'"),
+        ]:
+            with self.subTest(what):
+                path.write_text(bad, encoding="utf-8")
+                found = words.faults("files", self.folder)
+                self.assertEqual(len(found), 1, found)
+                self.assertIn("it.po", found[0])
+                self.assertIn(what, found[0])
 
     def test_what_msgfmt_finds(self):
         self.assertEqual(self.faults("msgfmt", ("%@ Dach", "%@ roof")), [])
