@@ -76,7 +76,7 @@ def read_utf8(path):
 
 
 def read_language(path, language):
-    """The rows of one PO file: German text to translation, which may be empty."""
+    """The rows of one PO file: German text to translation, which may be empty, and line."""
     try:
         po = polib.pofile(read_utf8(path))
     except OSError as error:
@@ -103,8 +103,19 @@ def read_language(path, language):
             fault = fault_of_cell(entry.msgid, entry.msgstr)
         if fault:
             raise CatalogError(f"{where} {fault}")
-        rows[entry.msgid] = entry.msgstr
+        rows[entry.msgid] = entry.msgstr, entry.linenum
     return rows
+
+
+def faults_of_folder(folder, columns, keys):
+    """Every cell that is not there, with its file and line."""
+    for key in keys:
+        for language, column in columns.items():
+            cell, line = column.get(key, ("", 0))
+            if not line:
+                yield f"{folder / language}.po: the row {quoted(key)} is missing"
+            elif not cell.strip() and key.strip():
+                yield f"{folder / language}.po:{line}: the row {quoted(key)} has no translation"
 
 
 def read_folder(folder):
@@ -120,14 +131,10 @@ def read_folder(folder):
     columns = {code: read_language(folder / f"{code}.po", code) for code in LANGUAGES}
     # In the order of the files, so that the first row complained about is the first in the file.
     keys = dict.fromkeys(key for column in columns.values() for key in column)
-    for key in keys:
-        for language, column in columns.items():
-            where = f"{folder / language}.po: the row {quoted(key)}"
-            if key not in column:
-                raise CatalogError(f"{where} is missing")
-            if not column[key].strip() and key.strip():
-                raise CatalogError(f"{where} has no translation")
-    return {key: [columns[code][key] for code in LANGUAGES] for key in keys}
+    faults = list(faults_of_folder(folder, columns, keys))
+    if faults:
+        raise CatalogError("\n".join(faults[:50]))
+    return {key: [columns[code][key][0] for code in LANGUAGES] for key in keys}
 
 
 def read_catalog(folders):
@@ -142,28 +149,41 @@ def read_catalog(folders):
     return catalog
 
 
-def check_figures(catalog, arguments):
-    """Holds the whole catalogue against the figures that were agreed on with the plug-in."""
+def promised_counts(path):
+    """The figures in a file of lines "what: how many"."""
+    counts = {}
+    for line in path.read_text(encoding="utf-8").splitlines():
+        if line and not line.startswith("#"):
+            what, _, count = line.partition(": ")
+            if not count.isdecimal() or what in counts:
+                raise CatalogError(f"{path}: a figure stands there as \"rows: 3\", and once: {line}")
+            counts[what] = int(count)
+    return counts
 
-    def check(what, wanted, keys, figure=len):
-        found = figure(keys)
-        if wanted is not None and found != wanted:
-            names = "; ".join(quoted(key) for key in keys[:50])
-            raise CatalogError(f"{what}: {found} instead of {wanted}: {names}")
 
+def check_counts(catalog, path, folders):
+    """Holds the whole catalogue against the figures that the plug-in is promised."""
     keys = sorted(catalog, key=lambda text: text.encode("utf-8"))
-    if arguments.rows is not None and len(keys) != arguments.rows:
-        counts = ", ".join(f"{len(read_folder(folder))} in {folder}" for folder in arguments.folders)
-        raise CatalogError(
-            f"{len(keys)} rows instead of {arguments.rows} ({counts}), "
-            f"from the row {quoted(keys[0])} to the row {quoted(keys[-1])}"
-        )
-    longest = sorted(keys, key=lambda key: len(key.encode("utf-8")))[-1:]
-    check("bytes of the longest row", arguments.longest, longest,
-          lambda keys: len(keys[0].encode("utf-8")))
-    check("rows with a line feed", arguments.line_feeds, [key for key in keys if "\n" in key])
-    check("rows whose English is the German", arguments.like_english,
-          [key for key in keys if catalog[key][0] == key])
+    longest = max(keys, key=lambda key: len(key.encode("utf-8")))
+    line_feeds = [key for key in keys if "\n" in key]
+    like_english = [key for key in keys if catalog[key][0] == key]
+    found = {
+        "rows": (len(keys), [f"{len(read_folder(folder))} in {folder}" for folder in folders]),
+        "bytes of the longest German text": (len(longest.encode("utf-8")), [quoted(longest)]),
+        "rows with a line feed": (len(line_feeds), map(quoted, line_feeds)),
+        "rows whose English is the German": (len(like_english), map(quoted, like_english)),
+    }
+    promised = promised_counts(path)
+    if set(promised) != set(found):
+        raise CatalogError(f"{path}: the figures are {', '.join(found)}, not {', '.join(promised)}")
+    faults = [
+        f"{path}: {what}: {count} instead of {promised[what]}. If texts were added, changed or taken "
+        f"away on purpose, write {count} there. Found: {'; '.join(rows)}"
+        for what, (count, rows) in found.items()
+        if count != promised[what]
+    ]
+    if faults:
+        raise CatalogError("\n".join(faults))
 
 
 def source(catalog):
@@ -199,16 +219,13 @@ def source(catalog):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--output", type=pathlib.Path, required=True, help="the file to write")
-    figures = parser.add_argument_group("figures of the whole catalogue, each checked where it is given")
-    figures.add_argument("--rows", type=int)
-    figures.add_argument("--longest", type=int, help="bytes of the longest German text")
-    figures.add_argument("--line-feeds", type=int, help="rows with a line feed in them")
-    figures.add_argument("--like-english", type=int, help="rows whose English is the German")
+    parser.add_argument("--counts", type=pathlib.Path, help="the figures that the catalogue must have")
     parser.add_argument("folders", type=pathlib.Path, nargs="+", help="folders of PO files")
     arguments = parser.parse_args()
     try:
         catalog = read_catalog(arguments.folders)
-        check_figures(catalog, arguments)
+        if arguments.counts:
+            check_counts(catalog, arguments.counts, arguments.folders)
     except CatalogError as error:
         sys.exit(f"{error}")
     arguments.output.write_text(source(catalog), encoding="utf-8", newline="\n")

@@ -107,7 +107,6 @@ TEST(Translation, columns_are_in_the_order_of_the_codes) {
 }
 
 TEST(Catalog, keys_ascend_strictly_and_every_cell_is_written) {
-    EXPECT_EQ(nxui::catalog.size(), 879U);
     const char* before = "";
     for (const CatalogRow& row : nxui::catalog) {
         EXPECT_LT(std::strcmp(before, row[0]), 0) << row[0];

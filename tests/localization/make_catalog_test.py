@@ -140,6 +140,14 @@ class MakeCatalog(unittest.TestCase):
                     self.write(self.program, entry("Suchen", cell), only=language)
                     self.assert_fails_naming(f"{language}.po", '"Suchen"')
 
+    def test_every_empty_cell_is_named_with_its_language_line_and_text(self):
+        self.write(self.program, entry("Suchen", "x") + entry("Öffnen", "") + entry("Ende", ""))
+        self.write(self.program, entry("Suchen", "x") + entry("Öffnen", "x"), only="it")
+        words = [f'{self.program}/{language}.po:{line}: the row "{text}" has no translation\n'
+                 for line, text in [(9, "Öffnen"), (12, "Ende")]
+                 for language in LANGUAGES if language != "it"]
+        self.assert_fails_naming(f'{self.program}/it.po: the row "Ende" is missing', *words)
+
     def test_text_that_is_not_composed_is_named(self):
         self.write(self.program, entry("Suchen", "chercher e\u0301"), only="fr")
         self.assert_fails_naming("fr.po:", '"Suchen"', "NFC")
@@ -167,14 +175,24 @@ class MakeCatalog(unittest.TestCase):
 
     def test_figures_of_the_whole_catalogue_are_held(self):
         self.write(self.program, entry("Route", "Route") + entry("Größe\\n", "Size\\n"))
-        good = ["--rows", "2", "--longest", "8", "--line-feeds", "1", "--like-english", "1"]
-        self.assert_makes(*good)
+        figures = ["rows: 2", "bytes of the longest German text: 8", "rows with a line feed: 1",
+                   "rows whose English is the German: 1"]
+        counts = self.folder / "counts.txt"
+        counts.write_text("# Kept.\n\n" + "\n".join(figures) + "\n", encoding="utf-8")
+        self.assert_makes("--counts", counts)
         self.output.unlink()
-        for figure, name in [(1, '"Route"'), (3, '"Größe'), (5, '"Größe'), (7, '"Route"')]:
-            with self.subTest(good[figure - 1]):
-                wrong = [*good]
-                wrong[figure] = "9"
-                self.assert_fails_naming(name, "instead of 9", options=wrong)
+        for figure, name in zip(figures, ["2 in ", '"Größe', '"Größe', '"Route"']):
+            with self.subTest(figure):
+                what, count = figure.split(": ")
+                wrong = "\n".join(figures).replace(figure, f"{what}: 9")
+                counts.write_text(wrong, encoding="utf-8")
+                self.assert_fails_naming(f"counts.txt: {what}: {count} instead of 9", name,
+                                         f"write {count} there", options=["--counts", counts])
+        for wrong in ["\n".join(figures[1:]), "\n".join(figures + ["columns: 14"]),
+                      "\n".join(figures + figures), "\n".join(figures).replace("2", "two")]:
+            with self.subTest(wrong):
+                counts.write_text(wrong, encoding="utf-8")
+                self.assert_fails_naming("counts.txt: ", options=["--counts", counts])
 
     def test_catalogue_without_rows_is_refused(self):
         self.write(self.program, "")

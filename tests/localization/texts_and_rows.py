@@ -67,7 +67,7 @@ def main(check, project):
     if check == "every_text_has_a_row":
         for path, code in sources(project):
             problems += [
-                f"{path}:{line}: no row for {text!r}"
+                f"{path}:{line}: no row for {text!r} (localization/tools/add_text.py adds one)"
                 for text, line in lookups(code)
                 if text and text not in rows
             ]
