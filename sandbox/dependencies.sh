@@ -1,5 +1,5 @@
 # What the program, its sandbox and its tests need, and how it gets onto this machine.
-# Sourced by ./run and ./test; one place for the list.
+# Sourced by ./run, ./test and ./check; one place for the list.
 
 # To build and to run: compiler, Qt, the catalogue's maker, the local geocoder's tools, and fonts for
 # the languages that the interface speaks.
@@ -18,10 +18,13 @@ TEST_PACKAGES+=(librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file)
 TEST_PACKAGES+=(python3-jsonschema)
 # A screen of the other kind, without a screen.
 TEST_PACKAGES+=(weston qt6-wayland)
+# To hold the rules of the house; the last two let CMake describe the build, tests included.
+CHECK_PACKAGES=(clang-format-19 clang-tidy-19 git libgtest-dev librsvg2-bin)
 
 # What must be callable where there is no apt-get to ask.
 RUN_COMMANDS=(c++ cmake ninja curl openssl python3)
 HEADLESS_COMMANDS=(Xvfb dbus-daemon)
+CHECK_COMMANDS=(clang-format-19 clang-tidy-19 git)
 
 norvaxel_missing_packages() {
     local package
@@ -62,15 +65,19 @@ Please install, with your system's own means:
   a C++20 compiler, CMake 3.25 or later, Ninja, curl, OpenSSL's command line, Python 3 with polib,
   Qt 6.4 or later with headers (Core, Gui, Widgets, DBus, Test);
   for use without a display also Xvfb, D-Bus, at-spi2-core and PyGObject with Atspi 2.0;
-  for the tests also GoogleTest and Google Benchmark.
+  for the tests also GoogleTest and Google Benchmark;
+  for ./check also git, and clang-format and clang-tidy 19, called with -19 at the end.
 TEXT
     return 1
 }
 
-# norvaxel_prepare run|headless|test: everything that this needs is there afterwards, or it fails.
+# norvaxel_prepare run|headless|test|check: everything that this needs is there afterwards, or it fails.
 norvaxel_prepare() {
     local packages=("${RUN_PACKAGES[@]}") commands=("${RUN_COMMANDS[@]}")
-    if [[ $1 != run ]]; then
+    if [[ $1 == check ]]; then
+        packages+=("${CHECK_PACKAGES[@]}")
+        commands+=("${CHECK_COMMANDS[@]}")
+    elif [[ $1 != run ]]; then
         packages+=("${HEADLESS_PACKAGES[@]}")
         commands+=("${HEADLESS_COMMANDS[@]}")
     fi
