@@ -251,6 +251,13 @@ def style(files):
     ]
 
 
+def painter(files):
+    """Of the window's controls only app/ControlPainter.cpp enables, hides or titles one."""
+    others = {name: text for name, text in of_kind(files, "app/*.cpp").items() if name != "app/ControlPainter.cpp"}
+    return places(others, r"(->|\.)(set(Enabled|Disabled|Visible|Hidden|ReadOnly|Title)|hide)\(",
+                  "only ControlPainter does that")
+
+
 def words(files):
     """What does not belong into the sources: paths of one machine, notes to oneself, loose blanks."""
     # In a table of values separated by tabs the last one may be empty.
@@ -266,7 +273,8 @@ def words(files):
     ]
 
 
-RULES = {"commits": commits, "tests": tests, "includes": includes, "links": links, "style": style, "words": words,
+RULES = {"commits": commits, "tests": tests, "includes": includes, "links": links, "style": style,
+         "painter": painter, "words": words,
          "format": format_, "tidy": tidy}
 
 

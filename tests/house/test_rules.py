@@ -171,6 +171,14 @@ class Style(RuleTest):
         self.assert_faults(self.of("namespace look {", "jobs/Log.h"), "jobs/Log.h:1: not in the namespace")
 
 
+class Painter(RuleTest):
+    def test_one_file_paints_the_controls_and_no_other(self):
+        paints = "w.query->setEnabled(on);\n"
+        self.assert_faults(rules.painter({"app/ControlPainter.cpp": paints, "look/A.cpp": paints}))
+        for line in (paints, "window_->table.hide();\n", "field->setReadOnly(true);\n"):
+            self.assert_faults(rules.painter({"app/A.cpp": line}), "app/A.cpp:1: only ControlPainter")
+
+
 class Words(RuleTest):
     def test_what_belongs_into_the_sources_is_right(self):
         for name, text in {"a.py": "a\n", "a.tsv": "a\t\n", "CMakeLists.txt": "\ta\n", "a.png": "", "b.py": "mktemp XXXXXX\n",

@@ -49,7 +49,7 @@ int writeBytes(long count, const char* trailer) {
         const std::size_t part = count < 65536 ? std::size_t(count) : block.size();
         if (fwrite(block.data(), 1, part, stdout) != part)
             return 1;
-        count -= static_cast<long>(part);
+        count -= long(part);
     }
     say(trailer);
     return 0;
