@@ -2,7 +2,6 @@
 
 #include "app/LanguageDialog.h"
 #include "app/Menus.h"
-#include "app/PlaceRows.h"
 #include "app/Services.h"
 #include "jobs/JobPreparation.h"
 #include "jobs/PlaceImport.h"
@@ -128,14 +127,14 @@ void NXImportApp::search() {
         return;
     }
     search_.begin(query);
-    resultModel_.setRows(rowsOf(results()));
+    showResults();
     window_->table->setEmptyText(searchingInstead());
     setStatus(searchingStatus());
     updateControls();
 }
 
 void NXImportApp::searchEnded(const QString& failure) {
-    resultModel_.setRows(rowsOf(results()));
+    showResults();
     window_->table->setEmptyText(noPlacesInstead());
     if (!failure.isEmpty()) {
         setStatus(failure, StatusKind::Error);
@@ -152,7 +151,7 @@ void NXImportApp::controlTextDidChange() {
     if (importing())
         return;
     search_.forget();
-    resultModel_.setRows(rowsOf(results()));
+    showResults();
     window_->hint->setText(editedHint());
     setStatus(editedStatus(mode()));
     updateControls();
@@ -194,7 +193,7 @@ void NXImportApp::moveStation(int offset) {
 void NXImportApp::showStations(std::optional<int> selected, const QString& text) {
     if (!selected)
         return; // the edit was not possible
-    stationModel_.setRows(rowsOf(stations_.stations()));
+    stationModel_.setRows(rowsOf(stations_.stations(), window_->layoutDirection()));
     window_->selectStation(*selected);
     setStatus(text);
     updateControls();

@@ -2,6 +2,7 @@
 
 #include "app/ControlPainter.h"
 #include "app/MainWindow.h"
+#include "app/PlaceRows.h"
 #include "app/Sentences.h"
 #include "jobs/JobRunner.h"
 #include "jobs/StationList.h"
@@ -56,6 +57,7 @@ private:
     void search();
     void searchEnded(const QString& failure);
     void controlTextDidChange();
+    void showResults() { resultModel_.setRows(rowsOf(results(), window_->layoutDirection())); }
     void tableSelectionDidChange();
     void activateResult();
 

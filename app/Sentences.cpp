@@ -1,6 +1,7 @@
 #include "app/Sentences.h"
 
 #include "localization/NXLocal.h"
+#include "look/text/Direction.h"
 
 namespace app {
 namespace {
@@ -174,9 +175,9 @@ QString refusalText(JobKind kind, Refusal refusal) {
 QString startFailureText(JobKind kind, const std::error_code& failure) {
     const QString reason = QString::fromLocal8Bit(failure.message());
     // The sentence for a route has no place for the reason.
-    return filled(Words(kind)(u"Der mitgelieferte Ortsimport konnte nicht starten: %@",
-                              u"Die mitgelieferte Routenberechnung konnte nicht starten. Bitte das vollständige Plugin installieren."),
-                  {reason.isEmpty() ? NXLocal(u"Unbekannter Startfehler") : reason});
+    const QString sentence = Words(kind)(u"Der mitgelieferte Ortsimport konnte nicht starten: %@",
+                                         u"Die mitgelieferte Routenberechnung konnte nicht starten. Bitte das vollständige Plugin installieren.");
+    return filled(sentence, {reason.isEmpty() ? NXLocal(u"Unbekannter Startfehler") : look::within(sentence, reason)});
 }
 
 QString progressText(JobKind kind, Travel travel) {
@@ -215,9 +216,9 @@ QString outcomeText(JobKind kind, const JobReport& report) {
     if (report.failureDetail.isEmpty())
         return words(u"Die Ortsdaten konnten nicht geladen werden. Prüfe Verbindung und Datendienst oder wähle einen kleineren Umkreis.",
                      u"Das Norvaxel-3D-Paket konnte nicht vollständig geladen werden. Prüfe Internet und Stationen; für sehr lange Strecken kürzere Abschnitte berechnen.");
-    return filled(words(u"Download fehlgeschlagen: %@\nVersuche einen kleineren Umkreis oder einen anderen Datendienst.",
-                        u"Berechnung fehlgeschlagen: %@"),
-                  {report.failureDetail});
+    const QString sentence = words(u"Download fehlgeschlagen: %@\nVersuche einen kleineren Umkreis oder einen anderen Datendienst.",
+                                   u"Berechnung fehlgeschlagen: %@");
+    return filled(sentence, {look::within(sentence, report.failureDetail)});
 }
 
 QString failureTitle(JobKind kind) {

@@ -3,6 +3,7 @@
 #include "look/style/Colours.h"
 #include "look/style/Shapes.h"
 #include "look/style/ToolTip.h"
+#include "look/text/Direction.h"
 #include "look/text/Fonts.h"
 #include "look/text/LiteralText.h"
 

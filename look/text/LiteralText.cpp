@@ -138,21 +138,6 @@ void drawLine(QPainter& painter, const QRect& box, const Line& line, const QFont
     painter.drawText(QPointF(x, onDevicePixel(painter, y)), line.text);
 }
 
-Qt::LayoutDirection ownDirection(const QString& text, Qt::LayoutDirection otherwise) {
-    for (const QChar letter : text) {
-        switch (letter.direction()) {
-        case QChar::DirL:
-            return Qt::LeftToRight;
-        case QChar::DirR:
-        case QChar::DirAL:
-            return Qt::RightToLeft;
-        default:
-            break;
-        }
-    }
-    return otherwise;
-}
-
 TextBlock::TextBlock(const QString& text, const QFont& font, int width, int maximumLines,
                      Qt::LayoutDirection direction, Qt::Alignment alignment)
     : width_(qMax(width, 1)), maximumLines_(qMax(maximumLines, 1)),

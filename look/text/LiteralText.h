@@ -58,9 +58,6 @@ private:
 void drawLine(QPainter& painter, const QRect& box, const Line& line, const QFont& font, QRgb colour,
               Qt::Alignment alignment, Qt::LayoutDirection direction);
 
-// The order that the text's own first strong letter asks for.
-Qt::LayoutDirection ownDirection(const QString& text, Qt::LayoutDirection otherwise);
-
 // A text wrapped to a width and laid out once. Line breaks are kept. At most `maximumLines` lines;
 // the last one ends in an ellipsis if anything is left.
 class TextBlock {

@@ -148,6 +148,9 @@ TEST_F(Sentences, of_a_job_that_has_ended) {
     EXPECT_EQ(outcomeText(place, failed), filled(NXLocal(u"Download fehlgeschlagen: %@\nVersuche einen kleineren Umkreis oder einen anderen Datendienst."), {failed.failureDetail}));
     EXPECT_EQ(outcomeText(route, failed), filled(NXLocal(u"Berechnung fehlgeschlagen: %@"), {failed.failureDetail}));
     EXPECT_TRUE(outcomeText(place, failed).contains(failed.failureDetail));
+    // What reads from the right stands by itself in a sentence that reads from the left.
+    const JobReport arabic{JobOutcome::Failed, QString::fromUtf16(u"-7.9 مراكش"), {}, {}};
+    EXPECT_TRUE(outcomeText(route, arabic).endsWith(QString::fromUtf16(u"\u2068-7.9 مراكش\u2069")));
     expect(failureTitle(place), u"Ortsdaten konnten nicht geladen werden");
     expect(failureTitle(route), u"Route konnte nicht berechnet werden");
 }
