@@ -1,5 +1,6 @@
 #include "look/controls/Button.h"
 
+#include "look/style/Sizes.h"
 #include "look/style/ToolTip.h"
 #include "look/text/Fonts.h"
 
@@ -10,7 +11,7 @@ namespace look {
 
 namespace {
 
-constexpr int glyphRoom = 16 + 6;
+constexpr int glyphRoom = sizes::glyph + sizes::glyphGap;
 // The prominent button changes its title while it works; at this width nothing jumps.
 constexpr int prominentMinimumWidth = 148;
 
@@ -47,6 +48,10 @@ void Button::describe() {
         setAccessibleDescription(description);
 }
 
+int Button::cornerRadius() const {
+    return kind_ == ButtonKind::Small ? sizes::smallRadius : sizes::radius;
+}
+
 int Button::sidePadding() const {
     switch (kind_) {
     case ButtonKind::Prominent:
@@ -56,7 +61,7 @@ int Button::sidePadding() const {
     case ButtonKind::Push:
         break;
     }
-    return 15;
+    return sizes::buttonPadding;
 }
 
 // A title that just fits its fixed width may come closer to the edges than the padding.
@@ -79,7 +84,7 @@ QSize Button::sizeHint() const {
         width += glyphRoom;
     if (kind_ == ButtonKind::Prominent)
         width = qMax(width, prominentMinimumWidth);
-    return {width, kind_ == ButtonKind::Small ? 24 : 32};
+    return {width, kind_ == ButtonKind::Small ? sizes::smallControl : sizes::button};
 }
 
 QSize Button::minimumSizeHint() const {

@@ -30,6 +30,7 @@ public:
     const Line& shownTitle() const;
     bool isElided() const;
 
+    int cornerRadius() const;
     // The space between either edge and the title.
     int sidePadding() const;
     QSize sizeHint() const override;

@@ -1,6 +1,7 @@
 #include "look/controls/Field.h"
 
 #include "look/style/Colours.h"
+#include "look/style/Sizes.h"
 #include "look/text/Fonts.h"
 
 #include <QGuiApplication>
@@ -12,14 +13,16 @@ namespace look {
 
 Field::Field(FieldKind kind, QWidget* parent) : QLineEdit(parent), kind_(kind) {
     setFont(look::font(kind == FieldKind::Search ? 15 : 11));
-    setFixedHeight(kind == FieldKind::Search ? 34 : kind == FieldKind::Service ? 24 : 26);
+    setFixedHeight(kind == FieldKind::Search    ? 34
+                   : kind == FieldKind::Service ? sizes::smallControl
+                                                : 26);
     alignToLeadingEdge();
     connect(this, &QLineEdit::cursorPositionChanged, this, &Field::showCursor);
     connect(this, &QLineEdit::textEdited, this, &Field::showCursor);
 }
 
 int Field::cornerRadius() const {
-    return kind_ == FieldKind::Search ? 7 : 6;
+    return kind_ == FieldKind::Search ? sizes::radius : sizes::smallRadius;
 }
 
 void Field::paintEvent(QPaintEvent* event) {

@@ -5,6 +5,7 @@
 #include "look/controls/Glyphs.h"
 #include "look/style/Colours.h"
 #include "look/style/Shapes.h"
+#include "look/style/Sizes.h"
 #include "look/text/Label.h"
 
 #include <QBoxLayout>
@@ -17,7 +18,6 @@ namespace {
 constexpr int panelWidth = 348;
 constexpr int innerWidth = 300;
 constexpr int gap = 10;
-constexpr int cornerRadius = 12;
 
 } // namespace
 
@@ -38,7 +38,7 @@ Panel::Panel(PanelKind kind, const QString& heading, const QString& information,
     }
     heading_->setMaximumLines(3);
     heading_->setText(heading);
-    information_->setMaximumLines(24);
+    information_->setMaximumLines(sizes::mostLines);
     information_->setText(information);
 
     const int side = (panelWidth - innerWidth) / 2;
@@ -52,7 +52,7 @@ Panel::Panel(PanelKind kind, const QString& heading, const QString& information,
 }
 
 void Panel::setAccessory(QWidget* accessory) {
-    accessory->setFixedSize(innerWidth, 28);
+    accessory->setFixedSize(innerWidth, sizes::popUp);
     column_->addSpacing(16);
     column_->addWidget(accessory);
 }
@@ -87,13 +87,13 @@ void Panel::reject() {
 
 void Panel::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    drawBordered(painter, rect(), cornerRadius, colours::panel, colours::panelOutline);
+    drawBordered(painter, rect(), sizes::panelRadius, colours::panel, colours::panelOutline);
 }
 
 void Panel::resizeEvent(QResizeEvent* event) {
     QDialog::resizeEvent(event);
     if (needsWindowShape())
-        setMask(roundedRegion(rect(), cornerRadius));
+        setMask(roundedRegion(rect(), sizes::panelRadius));
 }
 
 void Panel::showEvent(QShowEvent* event) {

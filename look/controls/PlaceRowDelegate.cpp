@@ -1,7 +1,9 @@
 #include "look/controls/PlaceRowDelegate.h"
 
+#include "look/controls/PlaceListModel.h"
 #include "look/style/Colours.h"
 #include "look/style/Shapes.h"
+#include "look/style/Sizes.h"
 #include "look/style/ToolTip.h"
 #include "look/text/Direction.h"
 #include "look/text/Fonts.h"
@@ -61,13 +63,13 @@ void PlaceRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     const RowColours look = coloursFor(option);
     painter->save();
     if (look.isFilled)
-        fillRounded(*painter, row.adjusted(3, 2, -3, -2), 5, look.fill);
+        fillRounded(*painter, row.adjusted(3, 2, -3, -2), sizes::rowRadius, look.fill);
     const QRect text = row.adjusted(textInset, 0, -textInset, 0);
     drawText(*painter, QRect(text.left(), row.top() + 7, text.width(), 17),
              index.data(Qt::DisplayRole).toString(), look::fontForNames(14, QFont::Medium),
              look.name, option.direction);
     drawText(*painter, QRect(text.left(), row.top() + 27, text.width(), 14),
-             index.data(DetailRole).toString(), look::fontForNames(11), look.detail,
+             index.data(PlaceListModel::DetailRole).toString(), look::fontForNames(11), look.detail,
              option.direction);
     painter->restore();
 }

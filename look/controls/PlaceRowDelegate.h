@@ -4,12 +4,9 @@
 
 namespace look {
 
-// The second line of a row, beside Qt::DisplayRole, the name, and Qt::ToolTipRole.
-constexpr int DetailRole = Qt::UserRole + 1;
-
 // Draws a row of two lines: name over detail. Both are literal, on one line each, elided at the
 // tail, in the order of their own first strong letter at the leading edge. A row is 48 high; 2 lie
-// between two rows.
+// between two rows. The roles are those of PlaceListModel. Main thread.
 class PlaceRowDelegate : public QStyledItemDelegate {
     Q_OBJECT
 

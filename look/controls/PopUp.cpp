@@ -1,5 +1,6 @@
 #include "look/controls/PopUp.h"
 
+#include "look/style/Sizes.h"
 #include "look/style/ToolTip.h"
 #include "look/text/LiteralText.h"
 
@@ -12,7 +13,7 @@ namespace look {
 
 PopUp::PopUp(int width, QWidget* parent) : QComboBox(parent) {
     // Its font is the application's: setting one would make the menu before anybody opens it.
-    setFixedSize(width, 28);
+    setFixedSize(width, sizes::popUp);
 }
 
 QRect PopUp::textRectangle() const {

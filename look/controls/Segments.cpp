@@ -3,6 +3,7 @@
 #include "look/accessibility/Accessibility.h"
 #include "look/style/Colours.h"
 #include "look/style/Shapes.h"
+#include "look/style/Sizes.h"
 #include "look/style/ToolTip.h"
 #include "look/text/Fonts.h"
 #include "look/text/LiteralText.h"
@@ -24,17 +25,13 @@ public:
         setFont(font);
         setAttribute(Qt::WA_Hover);
         setFocusPolicy(Qt::ClickFocus);
-        setTitle(title);
+        title_.setText(title);
+        setLiteralText(this, title);
         // Also when assistive technology toggles it.
         connect(this, &QAbstractButton::toggled, parent, [this](bool isOn) {
             if (isOn)
                 segments_->choose(this);
         });
-    }
-
-    void setTitle(const QString& title) {
-        title_.setText(title);
-        setLiteralText(this, title);
     }
 
     int titleWidth() const { return title_.naturalWidth(font()); }
@@ -131,14 +128,8 @@ void Segments::setSelectedSegment(int index) {
     }
 }
 
-void Segments::setTitle(int index, const QString& title) {
-    segments_.at(size_t(index))->setTitle(title);
-    updateGeometry();
-    place();
-}
-
 int Segments::cornerRadius() const {
-    return kind_ == SegmentsKind::Mode ? 7 : 6;
+    return kind_ == SegmentsKind::Mode ? sizes::radius : sizes::smallRadius;
 }
 
 // Between two segments that are both not selected.
@@ -156,7 +147,7 @@ int Segments::segmentWidth() const {
 }
 
 QSize Segments::sizeHint() const {
-    return {count() * segmentWidth() + 4, kind_ == SegmentsKind::Mode ? 30 : 24};
+    return {count() * segmentWidth() + 4, kind_ == SegmentsKind::Mode ? 30 : sizes::smallControl};
 }
 
 void Segments::paintEvent(QPaintEvent* /*event*/) {

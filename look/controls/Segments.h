@@ -28,7 +28,6 @@ public:
     int selectedSegment() const { return selected_; }
     // Emits nothing. An index that does not exist selects none.
     void setSelectedSegment(int index);
-    void setTitle(int index, const QString& title);
     int cornerRadius() const;
 
     QSize sizeHint() const override;

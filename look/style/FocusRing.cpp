@@ -2,15 +2,13 @@
 
 #include "look/controls/Field.h"
 #include "look/controls/Segments.h"
-#include "look/style/Colours.h"
-#include "look/style/Shapes.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFocusEvent>
-#include <QPainter>
+#include <QFocusFrame>
 #include <QPointer>
 #include <QPushButton>
 
@@ -18,66 +16,22 @@ namespace look {
 
 namespace {
 
-constexpr int ringWidth = 3;
-
-// What the ring goes around; no control means that there is none.
-struct RingShape {
-    QWidget* control = nullptr;
-    QRect rectangle; // in the control's coordinates
-    qreal radius = 0;
-};
-
-RingShape shapeFor(QWidget* focus, bool isFromKeyboard) {
-    if (auto* field = qobject_cast<Field*>(focus))
-        return {field, field->rect(), qreal(field->cornerRadius())};
-    if (auto* list = qobject_cast<QAbstractItemView*>(focus)) {
+// What the ring goes around while this has the focus; null where there is none.
+QWidget* ringedBy(QWidget* focus, bool isFromKeyboard) {
+    if (qobject_cast<Field*>(focus))
+        return focus;
+    if (const auto* list = qobject_cast<QAbstractItemView*>(focus)) {
         const QItemSelectionModel* selection = list->selectionModel();
-        return selection && selection->hasSelection() ? RingShape{}
-                                                      : RingShape{list, list->rect(), 7};
+        return selection && selection->hasSelection() ? nullptr : focus;
     }
     if (!isFromKeyboard)
-        return {};
-    if (auto* segments = qobject_cast<Segments*>(focus->parentWidget()))
-        return {segments, segments->rect(), qreal(segments->cornerRadius())};
-    if (auto* checkBox = qobject_cast<QCheckBox*>(focus)) {
-        const QRect row = checkBox->rect();
-        const QRect box(row.left(), row.top() + (row.height() - 14) / 2, 14, 14);
-        return {checkBox, QStyle::visualRect(checkBox->layoutDirection(), row, box), 3.5};
-    }
-    if (qobject_cast<QPushButton*>(focus) || qobject_cast<QComboBox*>(focus))
-        return {focus, focus->rect(), focus->height() <= 24 ? 6.0 : 7.0};
-    return {};
+        return nullptr;
+    if (qobject_cast<Segments*>(focus->parentWidget()))
+        return focus->parentWidget();
+    const bool isRinged = qobject_cast<QCheckBox*>(focus) || qobject_cast<QPushButton*>(focus) ||
+                          qobject_cast<QComboBox*>(focus);
+    return isRinged ? focus : nullptr;
 }
-
-class Ring : public QWidget {
-public:
-    explicit Ring(QWidget* window) : QWidget(window) {
-        setAttribute(Qt::WA_TransparentForMouseEvents);
-        setFocusPolicy(Qt::NoFocus);
-    }
-
-    void put(const RingShape& shape) {
-        QWidget* window = shape.control->window();
-        if (parentWidget() != window)
-            setParent(window);
-        radius_ = shape.radius;
-        const QRect around(shape.control->mapTo(window, shape.rectangle.topLeft()),
-                           shape.rectangle.size());
-        setGeometry(around.adjusted(-ringWidth, -ringWidth, ringWidth, ringWidth));
-        raise();
-        show();
-    }
-
-protected:
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QPainter painter(this);
-        drawBand(painter, rect().adjusted(ringWidth, ringWidth, -ringWidth, -ringWidth), radius_,
-                 ringWidth, colours::focusRing);
-    }
-
-private:
-    qreal radius_ = 0;
-};
 
 // Follows the focus through the whole application: one ring is enough, since one widget has it.
 class RingKeeper : public QObject {
@@ -91,24 +45,18 @@ public:
         QWidget* focus = QApplication::focusWidget();
         if (focus && focus->window()->windowType() == Qt::Popup)
             return; // an open menu belongs to the control that wears the ring
-        const RingShape shape =
-            focus && focus->isActiveWindow() ? shapeFor(focus, isFromKeyboard_) : RingShape{};
-        if (!shape.control || !shape.control->isVisible() || !shape.control->isEnabled()) {
-            control_.clear();
-            if (ring_)
-                ring_->hide();
-            return;
-        }
-        control_ = shape.control;
-        if (!ring_)
-            ring_ = new Ring(shape.control->window());
-        ring_->put(shape);
+        QWidget* control =
+            focus && focus->isActiveWindow() ? ringedBy(focus, isFromKeyboard_) : nullptr;
+        if (control && !frame_)
+            frame_ = new QFocusFrame(control->window());
+        if (frame_)
+            frame_->setWidget(control);
     }
 
-    QWidget* control() const { return control_; }
+    QWidget* control() const { return frame_ ? frame_->widget() : nullptr; }
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
         switch (event->type()) {
         case QEvent::KeyPress:
             isKeyLast_ = true;
@@ -118,18 +66,6 @@ protected:
             break;
         case QEvent::FocusIn:
             noteReason(static_cast<QFocusEvent*>(event)->reason());
-            break;
-        case QEvent::Move:
-        case QEvent::Resize:
-        case QEvent::Hide:
-        case QEvent::EnabledChange:
-            if (concernsControl(watched))
-                refresh();
-            break;
-        case QEvent::Show:
-        case QEvent::ActivationChange:
-            if (watched == QApplication::focusWidget())
-                refresh();
             break;
         default:
             break;
@@ -155,15 +91,7 @@ private:
         }
     }
 
-    bool concernsControl(const QObject* watched) const {
-        if (!control_ || !watched->isWidgetType())
-            return false;
-        const auto* widget = static_cast<const QWidget*>(watched);
-        return widget == control_ || widget->isAncestorOf(control_);
-    }
-
-    QPointer<Ring> ring_; // a child of the window it lies in
-    QPointer<QWidget> control_;
+    QPointer<QFocusFrame> frame_; // a child of the window it lies in
     bool isKeyLast_ = false;
     bool isFromKeyboard_ = false;
 };

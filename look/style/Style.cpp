@@ -4,6 +4,7 @@
 #include "look/style/Colours.h"
 #include "look/style/FocusRing.h"
 #include "look/style/Shapes.h"
+#include "look/style/Sizes.h"
 #include "look/style/StylePainting.h"
 #include "look/style/ToolTip.h"
 #include "look/text/Fonts.h"
@@ -12,6 +13,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QFocusFrame>
 #include <QFrame>
 #include <QLabel>
 #include <QMenu>
@@ -23,13 +25,8 @@ namespace look {
 
 namespace {
 
-// The border and padding of a menu together: rows start here.
-constexpr int menuInset = 5;
-constexpr int menuRadius = 8;
-constexpr int scrollGutter = 12;
-
 QRect scrollThumb(const QStyleOptionSlider& option) {
-    constexpr int inset = 3;
+    constexpr int inset = sizes::scrollInset;
     constexpr int shortest = 24;
     const bool isVertical = option.orientation == Qt::Vertical;
     const int groove = (isVertical ? option.rect.height() : option.rect.width()) - 2 * inset;
@@ -132,7 +129,8 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
             drawMenuPanel(*painter, option->rect);
         return;
     case PE_PanelTipLabel:
-        drawBordered(*painter, option->rect, 6, colours::toolTip, colours::toolTipOutline);
+        drawBordered(*painter, option->rect, sizes::toolTipRadius, colours::toolTip,
+                     colours::toolTipOutline);
         return;
     case PE_IndicatorCheckBox:
         drawCheckBox(*painter, *option);
@@ -159,6 +157,10 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
     case CE_CheckBoxLabel:
         if (const auto* box = qstyleoption_cast<const QStyleOptionButton*>(option))
             drawCheckBoxTitle(*painter, *box);
+        return;
+    case CE_FocusFrame:
+        if (const auto* frame = qobject_cast<const QFocusFrame*>(widget); frame && frame->widget())
+            drawFocusRing(*painter, *option, *frame->widget());
         return;
     case CE_ComboBoxLabel:
         return; // drawn with the control
@@ -205,20 +207,20 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option,
                        const QWidget* widget) const {
     switch (metric) {
     case PM_DefaultFrameWidth:
-        return isPopUpWindow(widget) ? menuInset : 1;
+        return isPopUpWindow(widget) ? sizes::menuInset : 1;
     case PM_ComboBoxFrameWidth:
         return 0;
     case PM_ScrollBarExtent:
-        return scrollGutter;
     case PM_ScrollBarSliderMin:
-        return scrollGutter;
+        return sizes::scrollGutter;
+    case PM_FocusFrameHMargin:
+    case PM_FocusFrameVMargin:
+        return sizes::focusRing;
     case PM_ScrollView_ScrollBarSpacing:
     case PM_ScrollView_ScrollBarOverlap:
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
     case PM_ButtonDefaultIndicator:
-    case PM_FocusFrameHMargin:
-    case PM_FocusFrameVMargin:
     case PM_MenuBarPanelWidth:
     case PM_MenuBarVMargin:
     case PM_MenuBarHMargin:
@@ -231,12 +233,12 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_MenuHMargin:
     case PM_MenuVMargin:
         // A pop-up's window has its inset from its frame.
-        return qobject_cast<const QMenu*>(widget) ? menuInset - 1 : 0;
+        return qobject_cast<const QMenu*>(widget) ? sizes::menuInset - 1 : 0;
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
-        return 14;
+        return sizes::box;
     case PM_CheckBoxLabelSpacing:
-        return 6;
+        return sizes::boxGap;
     case PM_TextCursorWidth:
         // A field draws its own cursor: the toolkit's has no colour.
         return qobject_cast<const Field*>(widget) ? 0 : 1;
@@ -249,6 +251,7 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
                      QStyleHintReturn* returned) const {
     switch (hint) {
     case SH_ComboBox_Popup:
+    case SH_FocusFrame_AboveWidget: // else a tight parent would cut it
     case SH_Menu_MouseTracking:
     case SH_MenuBar_AltKeyNavigation: // no menu has a mnemonic: Alt is the only key to them
     case SH_MenuBar_MouseTracking:
@@ -259,7 +262,7 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
     case SH_Menu_Mask:
         if (auto* mask = qstyleoption_cast<QStyleHintReturnMask*>(returned);
             mask && needsWindowShape()) {
-            mask->region = roundedRegion(option->rect, menuRadius);
+            mask->region = roundedRegion(option->rect, sizes::menuRadius);
             return 1;
         }
         return 0;
@@ -281,15 +284,19 @@ QRect Style::subElementRect(SubElement element, const QStyleOption* option,
     switch (element) {
     case SE_LineEditContents:
         // The toolkit adds two pixels at either side, and two more where it aligns to the right;
-        // the text starts at 11.
-        return option->rect.adjusted(9, 1, option->direction == Qt::RightToLeft ? -7 : -9, -1);
+        // the text starts after the padding.
+        return option->rect.adjusted(
+            sizes::fieldPadding - 2, 1,
+            (option->direction == Qt::RightToLeft ? 4 : 2) - sizes::fieldPadding, -1);
     case SE_CheckBoxIndicator: {
         const QRect row = option->rect;
-        const QRect box(row.left(), row.top() + (row.height() - 14) / 2, 14, 14);
+        const QRect box(row.left(), row.top() + (row.height() - sizes::box) / 2, sizes::box,
+                        sizes::box);
         return visualRect(option->direction, row, box);
     }
     case SE_CheckBoxContents:
-        return visualRect(option->direction, option->rect, option->rect.adjusted(20, 0, 0, 0));
+        return visualRect(option->direction, option->rect,
+                          option->rect.adjusted(sizes::box + sizes::boxGap, 0, 0, 0));
     case SE_CheckBoxClickRect:
         return option->rect;
     case SE_PushButtonContents:
@@ -306,15 +313,18 @@ QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* o
     if (control == CC_ComboBox) {
         switch (subControl) {
         case SC_ComboBoxEditField:
-            return visualRect(option->direction, whole, whole.adjusted(11, 0, -(9 + 9 + 6), 0));
+            return visualRect(option->direction, whole,
+                              whole.adjusted(sizes::popUpPadding, 0,
+                                             -(sizes::chevronsAt + sizes::chevronsGap), 0));
         case SC_ComboBoxArrow: {
-            const QRect arrows(whole.right() + 1 - 9 - 9, whole.top() + (whole.height() - 14) / 2,
-                               9, 14);
+            const QRect arrows(whole.right() + 1 - sizes::chevronsAt,
+                               whole.top() + (whole.height() - sizes::chevrons.height()) / 2,
+                               sizes::chevrons.width(), sizes::chevrons.height());
             return visualRect(option->direction, whole, arrows);
         }
         case SC_ComboBoxListBoxPopup:
-            // The current entry's row of 24, inset by the menu's padding, over the control of 28.
-            return whole.translated(0, (whole.height() - 24) / 2 - menuInset);
+            // The current entry's row, inset by the menu's padding, over the control's middle.
+            return whole.translated(0, (whole.height() - sizes::menuRow) / 2 - sizes::menuInset);
         default:
             return whole;
         }
@@ -329,7 +339,8 @@ QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* o
         switch (subControl) {
         case SC_ScrollBarGroove:
             // What a dragged thumb moves along.
-            return isVertical ? whole.adjusted(0, 3, 0, -3) : whole.adjusted(3, 0, -3, 0);
+            return isVertical ? whole.adjusted(0, sizes::scrollInset, 0, -sizes::scrollInset)
+                              : whole.adjusted(sizes::scrollInset, 0, -sizes::scrollInset, 0);
         case SC_ScrollBarSlider:
             // The whole width of the gutter takes the pointer.
             return isVertical ? QRect(whole.left(), thumb.top(), whole.width(), thumb.height())
@@ -351,19 +362,20 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
                               const QWidget* widget) const {
     switch (type) {
     case CT_CheckBox:
-        return {contents.width() + 20, qMax(contents.height(), 14)};
+        return {contents.width() + sizes::box + sizes::boxGap, qMax(contents.height(), sizes::box)};
     case CT_PushButton:
-        return {contents.width() + 30, 32};
+        return {contents.width() + 2 * sizes::buttonPadding, sizes::button};
     case CT_ComboBox:
         // The toolkit also makes the menu as wide as this: its rows need more than the control,
         // and the one pixel that its rounding may cut off.
-        return {contents.width() + 1 + 31 + 8 + menuInset, 28};
+        return {contents.width() + 1 + sizes::menuTextAt + sizes::menuTextEnd + sizes::menuInset,
+                sizes::popUp};
     case CT_MenuItem:
         if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
             return menuRowSize(*item, contents);
         return contents;
     case CT_MenuBarItem:
-        return {contents.width() + 16, 24};
+        return {contents.width() + 16, sizes::menuRow};
     default:
         return QCommonStyle::sizeFromContents(type, option, contents, widget);
     }

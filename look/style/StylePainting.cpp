@@ -3,11 +3,14 @@
 #include "look/controls/Button.h"
 #include "look/controls/Field.h"
 #include "look/controls/Glyphs.h"
+#include "look/controls/Segments.h"
 #include "look/style/Colours.h"
 #include "look/style/Shapes.h"
+#include "look/style/Sizes.h"
 #include "look/text/Fonts.h"
 #include "look/text/LiteralText.h"
 
+#include <QCheckBox>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -74,13 +77,10 @@ QString withoutMnemonic(const QString& text) {
 } // namespace
 
 void drawButton(QPainter& painter, const QStyleOptionButton& option, const QWidget* widget) {
-    constexpr int glyphSide = 16;
-    constexpr int glyphGap = 6;
     const auto* button = qobject_cast<const Button*>(widget);
-    const bool isSmall = button && button->kind() == ButtonKind::Small;
     const bool isProminent = button && button->kind() == ButtonKind::Prominent;
     const Face face = isProminent ? prominentFaceFor(option.state) : pushFaceFor(option.state);
-    drawRaised(painter, option.rect, isSmall ? 6 : 7, face);
+    drawRaised(painter, option.rect, button ? button->cornerRadius() : sizes::radius, face);
 
     const QFont font = widget ? widget->font() : painter.font();
     const Line title = button ? button->shownTitle()
@@ -88,13 +88,13 @@ void drawButton(QPainter& painter, const QStyleOptionButton& option, const QWidg
     QRect text = option.rect;
     if (button && button->glyph() == ButtonGlyph::Magnifier) {
         const int titleWidth = int(std::ceil(title.width));
-        const int both = glyphSide + glyphGap + titleWidth;
+        const int both = sizes::glyph + sizes::glyphGap + titleWidth;
         const QRect glyph(option.rect.left() + (option.rect.width() - both) / 2,
-                          option.rect.top() + (option.rect.height() - glyphSide) / 2, glyphSide,
-                          glyphSide);
+                          option.rect.top() + (option.rect.height() - sizes::glyph) / 2,
+                          sizes::glyph, sizes::glyph);
         drawMagnifier(painter, QStyle::visualRect(option.direction, option.rect, glyph).topLeft(),
                       face.text);
-        text = QRect(glyph.right() + 1 + glyphGap, text.top(), titleWidth, text.height());
+        text = QRect(glyph.right() + 1 + sizes::glyphGap, text.top(), titleWidth, text.height());
         text = QStyle::visualRect(option.direction, option.rect, text);
     }
     drawLine(painter, text, title, font, face.text, Qt::AlignHCenter, option.direction);
@@ -103,7 +103,7 @@ void drawButton(QPainter& painter, const QStyleOptionButton& option, const QWidg
 void drawPopUp(QPainter& painter, const QStyleOptionComboBox& option, const QRect& text,
                const QRect& chevrons) {
     const Face face = pushFaceFor(option.state);
-    drawRaised(painter, option.rect, 7, face);
+    drawRaised(painter, option.rect, sizes::radius, face);
     drawChevrons(painter, chevrons.topLeft(), face.text);
     const QFont font = painter.font();
     drawLine(painter, text, fitLine(option.currentText, font, text.width()), font, face.text,
@@ -112,7 +112,7 @@ void drawPopUp(QPainter& painter, const QStyleOptionComboBox& option, const QRec
 
 void drawField(QPainter& painter, const QStyleOption& option, const QWidget* widget) {
     const auto* field = qobject_cast<const Field*>(widget);
-    const int radius = field ? field->cornerRadius() : 6;
+    const int radius = field ? field->cornerRadius() : sizes::smallRadius;
     QRgb fill = colours::well;
     QRgb line = colours::border;
     if (!(option.state & QStyle::State_Enabled)) {
@@ -129,9 +129,28 @@ void drawField(QPainter& painter, const QStyleOption& option, const QWidget* wid
     drawBordered(painter, option.rect, radius, fill, line);
 }
 
+void drawFocusRing(QPainter& painter, const QStyleOption& option, const QWidget& control) {
+    QRect around = option.rect.marginsRemoved(QMargins() + sizes::focusRing);
+    qreal radius = sizes::radius;
+    if (const auto* field = qobject_cast<const Field*>(&control)) {
+        radius = field->cornerRadius();
+    } else if (const auto* segments = qobject_cast<const Segments*>(&control)) {
+        radius = segments->cornerRadius();
+    } else if (const auto* button = qobject_cast<const Button*>(&control)) {
+        radius = button->cornerRadius();
+    } else if (qobject_cast<const QCheckBox*>(&control)) {
+        QStyleOptionButton box;
+        box.rect = around;
+        box.direction = control.layoutDirection();
+        around = control.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &box, &control);
+        radius = sizes::boxRadius;
+    }
+    drawBand(painter, around, radius, sizes::focusRing, colours::focusRing);
+}
+
 void drawWell(QPainter& painter, const QStyleOption& option) {
     const bool isEnabled = option.state & QStyle::State_Enabled;
-    drawBordered(painter, option.rect, 7, colours::well,
+    drawBordered(painter, option.rect, sizes::radius, colours::well,
                  isEnabled ? colours::border : colours::borderDisabled);
 }
 
@@ -140,11 +159,12 @@ void drawCheckBox(QPainter& painter, const QStyleOption& option) {
     const bool isOn = option.state & QStyle::State_On;
     const QRect box = option.rect;
     if (!isEnabled)
-        drawBordered(painter, box, 3.5, colours::pillDisabled, colours::checkBoxDisabledLine);
+        drawBordered(painter, box, sizes::boxRadius, colours::pillDisabled,
+                     colours::checkBoxDisabledLine);
     else if (isOn)
-        drawBordered(painter, box, 3.5, colours::prominent, colours::prominentTop);
+        drawBordered(painter, box, sizes::boxRadius, colours::prominent, colours::prominentTop);
     else
-        drawBordered(painter, box, 3.5, colours::push, colours::pushTop);
+        drawBordered(painter, box, sizes::boxRadius, colours::push, colours::pushTop);
     if (isOn)
         drawBoxTick(painter, box.topLeft(), isEnabled ? colours::white : colours::pillDisabledText);
 }
@@ -172,13 +192,12 @@ void drawScrollThumb(QPainter& painter, const QStyleOptionSlider& option, const 
 }
 
 void drawMenuPanel(QPainter& painter, const QRect& rectangle) {
-    drawBordered(painter, rectangle, 8, colours::panel, colours::panelOutline);
+    drawBordered(painter, rectangle, sizes::menuRadius, colours::panel, colours::panelOutline);
 }
 
 void drawMenuRow(QPainter& painter, const QStyleOptionMenuItem& option) {
-    // Rows start 5 from the menu's edge; tick and text stand at 13 and 31 from it.
-    constexpr int tickAt = 13 - 5;
-    constexpr int textAt = 31 - 5;
+    constexpr int tickAt = sizes::menuTickAt - sizes::menuInset;
+    constexpr int textAt = sizes::menuTextAt - sizes::menuInset;
     const QRect row = option.rect;
     if (option.menuItemType == QStyleOptionMenuItem::Separator) {
         painter.fillRect(QRect(row.left() + 4, row.center().y(), row.width() - 8, 1),
@@ -188,7 +207,7 @@ void drawMenuRow(QPainter& painter, const QStyleOptionMenuItem& option) {
     const bool isEnabled = option.state & QStyle::State_Enabled;
     QRgb colour = isEnabled ? colours::label : colours::disabledText;
     if (isEnabled && option.state & QStyle::State_Selected) {
-        fillRounded(painter, row, 5, colours::selection);
+        fillRounded(painter, row, sizes::rowRadius, colours::selection);
         colour = colours::white;
     }
     if (option.checkType != QStyleOptionMenuItem::NotCheckable && option.checked) {
@@ -198,7 +217,8 @@ void drawMenuRow(QPainter& painter, const QStyleOptionMenuItem& option) {
     const QFont font = option.font;
     const qsizetype tab = option.text.indexOf(u'\t');
     const QString title = withoutMnemonic(tab < 0 ? option.text : option.text.left(tab));
-    QRect text(row.left() + textAt, row.top(), row.width() - textAt - 8, row.height());
+    QRect text(row.left() + textAt, row.top(), row.width() - textAt - sizes::menuTextEnd,
+               row.height());
     text = QStyle::visualRect(option.direction, row, text);
     drawLine(painter, text, fitLine(title, font, text.width()), font, colour,
              leading(option.direction), option.direction);
@@ -212,17 +232,17 @@ void drawMenuRow(QPainter& painter, const QStyleOptionMenuItem& option) {
 QSize menuRowSize(const QStyleOptionMenuItem& option, const QSize& contents) {
     if (option.menuItemType == QStyleOptionMenuItem::Separator)
         return {contents.width(), 9};
-    int width = contents.width() + 26 + 8;
+    int width = contents.width() + sizes::menuTextAt - sizes::menuInset + sizes::menuTextEnd;
     if (option.text.contains(u'\t'))
         width += 24;
-    return {width, 24};
+    return {width, sizes::menuRow};
 }
 
 void drawMenuBarItem(QPainter& painter, const QStyleOptionMenuItem& option) {
     painter.fillRect(option.rect, QColor(colours::window));
     const bool isEnabled = option.state & QStyle::State_Enabled;
     if (isEnabled && option.state & QStyle::State_Selected) {
-        fillRounded(painter, option.rect.adjusted(0, 2, 0, -2), 5,
+        fillRounded(painter, option.rect.adjusted(0, 2, 0, -2), sizes::rowRadius,
                     option.state & QStyle::State_Sunken ? colours::pushPressed : colours::push);
     }
     drawLine(painter, option.rect,

@@ -20,6 +20,8 @@ void drawButton(QPainter& painter, const QStyleOptionButton& option, const QWidg
 void drawPopUp(QPainter& painter, const QStyleOptionComboBox& option, const QRect& text,
                const QRect& chevrons);
 void drawField(QPainter& painter, const QStyleOption& option, const QWidget* widget);
+// `option` is that of the frame around the control.
+void drawFocusRing(QPainter& painter, const QStyleOption& option, const QWidget& control);
 // The well of a list and its border.
 void drawWell(QPainter& painter, const QStyleOption& option);
 void drawCheckBox(QPainter& painter, const QStyleOption& option);

@@ -2,6 +2,7 @@
 
 #include "look/style/Colours.h"
 #include "look/style/Shapes.h"
+#include "look/style/Sizes.h"
 #include "look/text/Fonts.h"
 #include "look/text/LiteralText.h"
 
@@ -23,10 +24,6 @@ namespace {
 constexpr int textWidth = 360 - 2 * 8 - 2;
 constexpr int textPixels = 12;
 constexpr QMargins padding(1 + 8, 1 + 5, 1 + 8, 1 + 5);
-constexpr int radius = 6;
-// More than any text of the program needs, and what nobody reads beyond. Laying out a screenful of
-// letters that each have to be looked for in every font would be felt.
-constexpr int mostLines = 24;
 
 // The window of one tooltip. Deletes itself when it is hidden. Watches the application for what
 // makes a tooltip go.
@@ -36,7 +33,7 @@ public:
         : QWidget(owner, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput),
           owner_(owner),
           block_(text, look::font(textPixels), qMin(textWidth, room.width()),
-                 qBound(1, room.height() / lineHeight(textPixels), mostLines),
+                 qBound(1, room.height() / lineHeight(textPixels), sizes::mostLines),
                  owner->layoutDirection(),
                  owner->layoutDirection() == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft) {
         setAttribute(Qt::WA_TranslucentBackground);
@@ -45,7 +42,7 @@ public:
         setAccessibleName(text);
         resize(QSize(block_.naturalWidth(), block_.height()).grownBy(padding));
         if (needsWindowShape())
-            setMask(roundedRegion(rect(), radius));
+            setMask(roundedRegion(rect(), sizes::toolTipRadius));
         qApp->installEventFilter(this);
         const auto letters = qMin<qsizetype>(text.size(), 1000);
         timer_.start(10000 + 40 * int(letters), this);
@@ -54,7 +51,8 @@ public:
 protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
-        drawBordered(painter, rect(), radius, colours::toolTip, colours::toolTipOutline);
+        drawBordered(painter, rect(), sizes::toolTipRadius, colours::toolTip,
+                     colours::toolTipOutline);
         // Aligned right, the block lies at the far end of the width that it was laid out for.
         block_.draw(painter, QPoint(padding.left() - block_.leftmost(), padding.top()),
                     colours::label);

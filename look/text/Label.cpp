@@ -1,5 +1,6 @@
 #include "look/text/Label.h"
 
+#include "look/style/Sizes.h"
 #include "look/style/ToolTip.h"
 #include "look/text/Fonts.h"
 
@@ -9,13 +10,6 @@
 #include <QStyle>
 
 namespace look {
-
-namespace {
-
-// Wider than any screen: what a label may ask for at most.
-constexpr int widest = 4096;
-
-} // namespace
 
 Label::Label(int pixels, QRgb colour, QWidget* parent)
     : Label(pixels, QFont::Normal, colour, parent) {}
@@ -80,7 +74,7 @@ QSize Label::sizeHint() const {
     const int line = lineHeight(font().pixelSize());
     if (maximumLines_ == 1)
         return {text_.naturalWidth(font()), line};
-    const TextBlock unwrapped(text(), font(), widest, maximumLines_, layoutDirection(),
+    const TextBlock unwrapped(text(), font(), sizes::widest, maximumLines_, layoutDirection(),
                               Qt::AlignLeft);
     return {unwrapped.naturalWidth(), qMax(unwrapped.height(), line)};
 }

@@ -1,6 +1,7 @@
 #include "look/text/LiteralText.h"
 
 #include "look/style/Shapes.h"
+#include "look/style/Sizes.h"
 #include "look/text/Fonts.h"
 
 #include <QAbstractButton>
@@ -116,9 +117,8 @@ const Line& FittedText::within(int width, const QFont& font) const {
 }
 
 const Line& FittedText::whole(const QFont& font) const {
-    constexpr int widest = 4096;
     if (!isMeasured_) {
-        whole_ = fitLine(text_, font, widest);
+        whole_ = fitLine(text_, font, sizes::widest);
         isMeasured_ = true;
     }
     return whole_;

@@ -8,6 +8,7 @@
 #include "look/controls/Segments.h"
 #include "look/style/Colours.h"
 
+#include <QCheckBox>
 #include <QStandardItemModel>
 
 #include <memory>
@@ -166,6 +167,38 @@ TEST_F(FocusRingTest, outlives_the_window_it_lay_in) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     field->setFocus();
     EXPECT_EQ(look::ringedControl(), field);
+}
+
+TEST_F(FocusRingTest, goes_with_its_control) {
+    show();
+    for (QWidget* control : std::initializer_list<QWidget*>{segments, popUp, button}) {
+        field->setFocus();
+        while (look::ringedControl() != control)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        delete control;
+        EXPECT_NE(look::ringedControl(), control);
+    }
+    QTest::mouseClick(field, Qt::LeftButton);
+    EXPECT_EQ(look::ringedControl(), field);
+    field->setEnabled(false);
+    EXPECT_NE(look::ringedControl(), field);
+    EXPECT_EQ(colourOutside(*field, 1), look::colours::window);
+}
+
+TEST_F(FocusRingTest, lies_around_the_box_of_a_check_box) {
+    auto* box = new QCheckBox(u"Karte"_s, &window);
+    box->setGeometry(400, 100, 200, 16);
+    show();
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        window.setLayoutDirection(direction);
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_Backtab);
+        ASSERT_EQ(look::ringedControl(), box);
+        const int left = direction == Qt::LeftToRight ? 400 : 600 - 14;
+        EXPECT_EQ(colourAt(window, QPoint(left - 2, 108)), look::colours::focusRing);
+        EXPECT_EQ(colourAt(window, QPoint(left + 14 + 2, 108)), look::colours::focusRing);
+        EXPECT_EQ(colourAt(window, QPoint(500, 98)), look::colours::window);
+    }
 }
 
 TEST_F(FocusRingTest, field_takes_the_inner_line_as_its_border) {

@@ -1,6 +1,7 @@
 #include "look/controls/PlaceList.h"
 
 #include "LookTest.h"
+#include "look/controls/PlaceListModel.h"
 #include "look/style/Colours.h"
 #include "look/style/ToolTip.h"
 #include "look/text/Label.h"
@@ -28,7 +29,7 @@ protected:
 
     void add(const QString& name, const QString& detail = {}) {
         auto* item = new QStandardItem(name);
-        item->setData(detail, look::DetailRole);
+        item->setData(detail, look::PlaceListModel::DetailRole);
         model.appendRow(item);
     }
 

@@ -5,6 +5,7 @@
 #include "look/controls/Field.h"
 #include "look/controls/Glyphs.h"
 #include "look/controls/PlaceList.h"
+#include "look/controls/PlaceListModel.h"
 #include "look/controls/PopUp.h"
 #include "look/controls/Segments.h"
 #include "look/controls/Spinner.h"
@@ -80,7 +81,7 @@ public:
     Sheet() {
         resize(820, 760);
         model_.appendRow(new QStandardItem(u"Berlin"_s));
-        model_.item(0)->setData(u"Deutschland"_s, look::DetailRole);
+        model_.item(0)->setData(u"Deutschland"_s, look::PlaceListModel::DetailRole);
         addButtons(16, u"Push button, 32"_s, ButtonKind::Push, u"Sprache"_s, 82);
         addButtons(102, u"Prominent button, 32"_s, ButtonKind::Prominent, u"Route berechnen"_s,
                    145);
