@@ -128,10 +128,6 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
         if (!isPopUpWindow(widget))
             drawMenuPanel(*painter, option->rect);
         return;
-    case PE_PanelTipLabel:
-        drawBordered(*painter, option->rect, sizes::toolTipRadius, colours::toolTip,
-                     colours::toolTipOutline);
-        return;
     case PE_IndicatorCheckBox:
         drawCheckBox(*painter, *option);
         return;
@@ -266,14 +262,13 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
             return 1;
         }
         return 0;
+    case SH_FocusFrame_Mask: // the ring follows round corners into the control's rectangle
     case SH_UnderlineShortcut:
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
     case SH_ScrollView_FrameOnlyAroundContents:
     case SH_ItemView_ActivateItemOnSingleClick:
         return 0;
-    case SH_ToolTipLabel_Opacity:
-        return 255;
     default:
         return QCommonStyle::styleHint(hint, option, widget, returned);
     }

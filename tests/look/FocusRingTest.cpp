@@ -59,6 +59,8 @@ TEST_F(FocusRingTest, tab_goes_around_with_the_ring) {
         EXPECT_EQ(colourOutside(*next, 1), look::colours::focusRing);
         EXPECT_EQ(colourOutside(*next, 3), look::colours::focusRing);
         EXPECT_EQ(colourOutside(*next, 4), look::colours::window);
+        EXPECT_EQ(colourAt(window, next->geometry().topLeft()), look::colours::focusRing)
+            << "the ring is as round as what it surrounds";
     }
 }
 
