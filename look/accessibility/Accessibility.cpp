@@ -28,7 +28,7 @@ public:
         case QAccessible::Name:
             return label()->text();
         case QAccessible::Description:
-            return label()->isElided() ? label()->text() : QString();
+            return label()->elidedText();
         default:
             return {};
         }

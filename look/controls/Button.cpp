@@ -1,10 +1,8 @@
 #include "look/controls/Button.h"
 
 #include "look/style/Sizes.h"
-#include "look/style/ToolTip.h"
 #include "look/text/Fonts.h"
 
-#include <QHelpEvent>
 #include <QShortcutEvent>
 
 namespace look {
@@ -43,7 +41,7 @@ void Button::setTitle(const QString& title) {
 void Button::describe() {
     if (!isVisible())
         return;
-    const QString description = toolTip().isEmpty() && isElided() ? title() : QString();
+    const QString description = toolTip().isEmpty() ? elidedText() : QString();
     if (accessibleDescription() != description)
         setAccessibleDescription(description);
 }
@@ -74,8 +72,8 @@ const Line& Button::shownTitle() const {
     return title_.within(titleRoom(), font());
 }
 
-bool Button::isElided() const {
-    return shownTitle().isElided;
+QString Button::elidedText() const {
+    return shownTitle().isElided ? title() : QString();
 }
 
 QSize Button::sizeHint() const {
@@ -92,10 +90,6 @@ QSize Button::minimumSizeHint() const {
 }
 
 bool Button::event(QEvent* event) {
-    if (event->type() == QEvent::ToolTip && toolTip().isEmpty() && isElided()) {
-        showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), title(), this);
-        return true;
-    }
     switch (event->type()) {
     case QEvent::Shortcut:
         // At once: the toolkit would first show the button pressed for a tenth of a second, in

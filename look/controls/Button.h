@@ -1,5 +1,6 @@
 #pragma once
 
+#include "look/text/Elidable.h"
 #include "look/text/LiteralText.h"
 
 #include <QPushButton>
@@ -10,9 +11,8 @@ enum class ButtonKind { Push, Prominent, Small };
 enum class ButtonGlyph { None, Magnifier };
 
 // A push button whose title is literal text. Grows with its title unless a width is fixed; then the
-// title is elided and becomes the tooltip and its spoken twin, the accessible description, unless
-// another tooltip was set.
-class Button : public QPushButton {
+// title is elided, and what is its tooltip is the accessible description too. Main thread.
+class Button : public QPushButton, public Elidable {
     Q_OBJECT
 
 public:
@@ -28,7 +28,7 @@ public:
     void setTitle(const QString& title);
     // The title as it is shown.
     const Line& shownTitle() const;
-    bool isElided() const;
+    QString elidedText() const override;
 
     int cornerRadius() const;
     // The space between either edge and the title.

@@ -1,10 +1,8 @@
 #include "look/controls/PopUp.h"
 
 #include "look/style/Sizes.h"
-#include "look/style/ToolTip.h"
 #include "look/text/LiteralText.h"
 
-#include <QHelpEvent>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QWheelEvent>
@@ -23,16 +21,9 @@ QRect PopUp::textRectangle() const {
                                    this);
 }
 
-bool PopUp::isElided() const {
-    return fitLine(currentText(), font(), textRectangle().width()).isElided;
-}
-
-bool PopUp::event(QEvent* event) {
-    if (event->type() == QEvent::ToolTip && toolTip().isEmpty() && isElided()) {
-        showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), currentText(), this);
-        return true;
-    }
-    return QComboBox::event(event);
+QString PopUp::elidedText() const {
+    const QString entry = currentText();
+    return fitLine(entry, font(), textRectangle().width()).isElided ? entry : QString();
 }
 
 void PopUp::wheelEvent(QWheelEvent* event) {

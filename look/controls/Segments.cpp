@@ -4,11 +4,10 @@
 #include "look/style/Colours.h"
 #include "look/style/Shapes.h"
 #include "look/style/Sizes.h"
-#include "look/style/ToolTip.h"
+#include "look/text/Elidable.h"
 #include "look/text/Fonts.h"
 #include "look/text/LiteralText.h"
 
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QRadioButton>
@@ -18,7 +17,7 @@
 
 namespace look {
 
-class Segment : public QRadioButton {
+class Segment : public QRadioButton, public Elidable {
 public:
     Segment(const QString& title, const QFont& font, Segments* parent)
         : QRadioButton(parent), segments_(parent) {
@@ -35,6 +34,11 @@ public:
     }
 
     int titleWidth() const { return title_.naturalWidth(font()); }
+    // The tooltip of them all comes first.
+    QString elidedText() const override {
+        const bool isHidden = title_.within(width(), font()).isElided;
+        return isHidden && segments_->toolTip().isEmpty() ? title_.text() : QString();
+    }
 
 protected:
     bool hitButton(const QPoint& position) const override { return rect().contains(position); }
@@ -57,16 +61,6 @@ protected:
         default:
             QRadioButton::keyPressEvent(event);
         }
-    }
-
-    bool event(QEvent* event) override {
-        if (event->type() == QEvent::ToolTip && segments_->toolTip().isEmpty()) {
-            if (title_.within(width(), font()).isElided) {
-                showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), title_.text(), this);
-                return true;
-            }
-        }
-        return QRadioButton::event(event);
     }
 
     void paintEvent(QPaintEvent* /*event*/) override {

@@ -3,6 +3,7 @@
 #include "look/style/Colours.h"
 #include "look/style/Shapes.h"
 #include "look/style/Sizes.h"
+#include "look/text/Elidable.h"
 #include "look/text/Fonts.h"
 #include "look/text/LiteralText.h"
 
@@ -107,9 +108,13 @@ protected:
         if (event->type() != QEvent::ToolTip || !watched->isWidgetType())
             return false;
         auto* widget = static_cast<QWidget*>(watched);
-        if (widget->toolTip().isEmpty())
+        QString text = widget->toolTip();
+        if (const auto* elidable = dynamic_cast<const Elidable*>(watched);
+            elidable && text.isEmpty())
+            text = elidable->elidedText();
+        if (text.isEmpty())
             return false;
-        showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), widget->toolTip(), widget);
+        showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), text, widget);
         event->accept();
         return true;
     }

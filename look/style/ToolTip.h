@@ -15,7 +15,8 @@ namespace look {
 void showToolTip(const QPoint& position, const QString& text, QWidget* owner);
 void hideToolTip();
 
-// From now on every widget's tooltip goes this way. Called once, by applyLook.
+// From now on every widget's tooltip goes this way, and the text that an Elidable elides. Called
+// once, by applyLook.
 void keepToolTipsPlain(QApplication& application);
 
 // The tooltip on screen, or null.

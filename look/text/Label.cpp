@@ -1,11 +1,9 @@
 #include "look/text/Label.h"
 
 #include "look/style/Sizes.h"
-#include "look/style/ToolTip.h"
 #include "look/text/Fonts.h"
 
 #include <QAccessible>
-#include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
 
@@ -65,9 +63,11 @@ void Label::setMaximumLines(int lines) {
     update();
 }
 
-bool Label::isElided() const {
+QString Label::elidedText() const {
     const int width = contentsRect().width();
-    return maximumLines_ > 1 ? block(width).isElided() : text_.within(width, font()).isElided;
+    const bool isElided =
+        maximumLines_ > 1 ? block(width).isElided() : text_.within(width, font()).isElided;
+    return isElided ? text() : QString();
 }
 
 QSize Label::sizeHint() const {
@@ -106,20 +106,9 @@ void Label::paintEvent(QPaintEvent* /*event*/) {
 }
 
 bool Label::event(QEvent* event) {
-    switch (event->type()) {
-    case QEvent::ToolTip:
-        if (toolTip().isEmpty() && isElided()) {
-            showToolTip(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
-            return true;
-        }
-        break;
-    case QEvent::FontChange:
-    case QEvent::LayoutDirectionChange:
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange) {
         text_.forget();
         block_.reset();
-        break;
-    default:
-        break;
     }
     return QLabel::event(event);
 }

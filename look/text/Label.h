@@ -1,5 +1,6 @@
 #pragma once
 
+#include "look/text/Elidable.h"
 #include "look/text/LiteralText.h"
 
 #include <QLabel>
@@ -10,10 +11,9 @@
 namespace look {
 
 // Plain text in one colour. One line that is elided, or up to N lines that wrap and are elided in
-// the last one; the whole text is then the tooltip, unless another one was set. Assistive
-// technology always gets the whole text. Texts of any length are cheap: only what can be seen is
-// laid out.
-class Label : public QLabel {
+// the last one. Assistive technology always gets the whole text. Texts of any length are cheap:
+// only what can be seen is laid out. Main thread.
+class Label : public QLabel, public Elidable {
     Q_OBJECT
 
 public:
@@ -30,7 +30,7 @@ public:
     void setColour(QRgb colour);
     // 1 is a single line; more wrap. The height is always that of the lines that are there.
     void setMaximumLines(int lines);
-    bool isElided() const;
+    QString elidedText() const override;
 
     // Whether what the label tells of is still going on: a state for assistive technology alone.
     bool isBusy() const { return isBusy_; }
