@@ -161,14 +161,11 @@ QAccessibleInterface* interfaceFor(const QString& /*className*/, QObject* object
 
 } // namespace
 
-// Installing the same factory again changes nothing.
 void describeOurWidgets() {
     QAccessible::installFactory(interfaceFor);
 }
 
-Announcer::Announcer(QWidget* window) : QObject(window), window_(window) {
-    describeOurWidgets();
-}
+Announcer::Announcer(QWidget* window) : QObject(window), window_(window) {}
 
 void Announcer::say(const QString& text, Urgency urgency) {
     if (!QAccessible::isActive() || !window_->isVisible())

@@ -11,8 +11,8 @@ class QWidget;
 namespace look {
 
 // Makes assistive technology see our own widgets as what they are (a group, a dialog, an alert, a
-// text that may be busy). Costs nothing until such a technology asks. May be called any number of
-// times.
+// text that may be busy). Costs nothing until such a technology asks. Called by applyLook. Main
+// thread.
 void describeOurWidgets();
 
 // Polite waits for what is being read out; assertive is what a person must know now, an error.

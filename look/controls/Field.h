@@ -12,7 +12,7 @@ enum class FieldKind {
 };
 
 // A text field. A text keeps the order of its own first strong letter and lies at the leading edge
-// of the window. Draws its own blue text cursor.
+// of the window. Draws its own blue text cursor. Main thread.
 class Field : public QLineEdit {
     Q_OBJECT
 

@@ -7,14 +7,15 @@ class QPainter;
 
 namespace look {
 
-// The building in a box of 34 x 34.
+// The building in a box of 34 x 34. Any thread.
 QPainterPath buildingPath();
 
-// The magnifier in a box of 16 x 16 at `origin`, in the colour of the text beside it.
+// The magnifier in a box of 16 x 16 at `origin`, in the colour of the text beside it. Any
+// thread, each painter on its own.
 void drawMagnifier(QPainter& painter, const QPoint& origin, QRgb colour);
 
 // The blue building that stands for the program. Never mirrored. Its accessible name is the
-// caller's to give.
+// caller's to give. Main thread.
 class BuildingGlyph : public QWidget {
     Q_OBJECT
 

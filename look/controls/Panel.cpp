@@ -1,6 +1,5 @@
 #include "look/controls/Panel.h"
 
-#include "look/accessibility/Accessibility.h"
 #include "look/controls/Button.h"
 #include "look/controls/Glyphs.h"
 #include "look/style/Colours.h"
@@ -25,7 +24,6 @@ Panel::Panel(PanelKind kind, const QString& heading, const QString& information,
     : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint), kind_(kind),
       heading_(new Label(14, QFont::DemiBold, colours::label, this)),
       information_(new Label(12, colours::secondary, this)), column_(new QVBoxLayout(this)) {
-    describeOurWidgets();
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_TranslucentBackground);
     setWindowTitle(heading);

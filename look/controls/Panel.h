@@ -14,7 +14,7 @@ enum class PanelKind { Dialog, Alert };
 // A panel over its window: the building, a heading, a text, perhaps one control, one or two
 // buttons. Window-modal and without a frame. Return presses the prominent button; Escape the other
 // one, or the only one. Grows with its texts; a text beyond 24 lines is elided and then its
-// tooltip. Use open(), and finished() or accepted() for the answer.
+// tooltip. Use open(), and finished() or accepted() for the answer. Main thread.
 class Panel : public QDialog {
     Q_OBJECT
 
@@ -31,6 +31,7 @@ public:
     void setButtons(const QString& prominentTitle, const QString& otherTitle = {});
 
     Label* heading() const { return heading_; }
+    // For tests, as are the buttons.
     Label* information() const { return information_; }
     Button* prominentButton() const { return prominentButton_; }
     // Null if there is one button only.

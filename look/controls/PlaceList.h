@@ -10,7 +10,7 @@ namespace look {
 
 // A list of two-line rows in a well: one selection, no header, no editing. Over the middle of the
 // empty list may lie a text; it is a sibling of the list, because assistive technology sees nothing
-// that lies inside a list, and it comes and goes with the list.
+// that lies inside a list, and it comes and goes with the list. Main thread.
 class PlaceList : public QListView {
     Q_OBJECT
 

@@ -1,6 +1,5 @@
 #include "look/controls/Segments.h"
 
-#include "look/accessibility/Accessibility.h"
 #include "look/style/Colours.h"
 #include "look/style/Shapes.h"
 #include "look/style/Sizes.h"
@@ -92,7 +91,6 @@ private:
 
 Segments::Segments(SegmentsKind kind, const QStringList& titles, QWidget* parent)
     : QWidget(parent), kind_(kind) {
-    describeOurWidgets();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     const QFont font = look::font(kind == SegmentsKind::Mode ? 13 : 12, QFont::Medium);
     segments_.reserve(size_t(titles.size()));

@@ -17,6 +17,7 @@ class Segment;
 // One choice out of a few, side by side in equal widths. Assistive technology sees a group (give it
 // an accessible name) of radio buttons. Tab reaches the selected segment; the arrow keys move the
 // selection. Invariant: exactly the selected segment is checked.
+// Main thread.
 class Segments : public QWidget {
     Q_OBJECT
 

@@ -6,7 +6,7 @@
 namespace look {
 
 // 16 x 16, eight spokes, one step clockwise every 100 ms. Hidden while stopped, so that it takes no
-// room in a layout; its timer runs only while it turns.
+// room in a layout; its timer runs only while it turns. Main thread.
 class Spinner : public QWidget {
     Q_OBJECT
 

@@ -9,7 +9,8 @@ class QRect;
 class QRectF;
 
 // The few shapes that every control is made of. Coordinates are logical pixels; edges are moved to
-// whole device pixels, so that a one-pixel line stays sharp at fractional scales.
+// whole device pixels, so that a one-pixel line stays sharp at fractional scales. Any thread, each
+// painter on its own.
 namespace look {
 
 // The colours of a control that rises from the window: its face, the line of light at its upper
@@ -45,7 +46,8 @@ void drawMenuTick(QPainter& painter, const QPoint& origin, QRgb stroke);
 // Every whole pixel that the rounded rectangle touches.
 QRegion roundedRegion(const QRect& rectangle, int radius);
 
-// Only X11 may lack the compositor that blends a window's round corners with what lies behind.
+// Main thread. Only X11 may lack the compositor that blends a window's round corners with what lies
+// behind.
 bool needsWindowShape();
 
 } // namespace look

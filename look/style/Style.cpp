@@ -1,5 +1,6 @@
 #include "look/style/Style.h"
 
+#include "look/accessibility/Accessibility.h"
 #include "look/controls/Field.h"
 #include "look/style/Colours.h"
 #include "look/style/FocusRing.h"
@@ -397,6 +398,7 @@ void applyLook(QApplication& application) {
     QApplication::setFont(font(13));
     keepToolTipsPlain(application);
     keepFocusRing(application);
+    describeOurWidgets();
 }
 
 } // namespace look

@@ -7,7 +7,7 @@ class QApplication;
 namespace look {
 
 // Draws the toolkit's own controls: dark whatever the desktop says, flat, every state in its own
-// colours. Owns nothing; keeps nothing between two calls.
+// colours. Owns nothing; keeps nothing between two calls. Main thread.
 class Style : public QCommonStyle {
     Q_OBJECT
 
@@ -38,7 +38,8 @@ public:
 };
 
 // Gives the application this look: the style, the palette, the default font (the desktop's, 13
-// pixels), plain tooltips and the focus ring. Main thread, before the first widget.
+// pixels), plain tooltips, the focus ring, and to assistive technology what our widgets are. Main
+// thread, before the first widget.
 void applyLook(QApplication& application);
 
 } // namespace look

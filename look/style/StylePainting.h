@@ -13,7 +13,7 @@ class QStyleOptionSlider;
 class QWidget;
 
 // How the style draws each control: from the toolkit's description of it to pixels. Coordinates are
-// the option's.
+// the option's. Main thread.
 namespace look {
 
 void drawButton(QPainter& painter, const QStyleOptionButton& option, const QWidget* widget);

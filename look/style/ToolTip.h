@@ -19,7 +19,7 @@ void hideToolTip();
 // once, by applyLook.
 void keepToolTipsPlain(QApplication& application);
 
-// The tooltip on screen, or null.
+// For tests: the tooltip on screen, or null.
 QWidget* shownToolTip();
 
 } // namespace look

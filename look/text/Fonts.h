@@ -5,10 +5,10 @@
 #include <string_view>
 
 // The desktop's interface font at the sizes of this window. Sizes are logical pixels, never points:
-// a desktop that asks for large print would otherwise push the texts out of their fixed rows.
+// a desktop that asks for large print would otherwise push the texts out of their fixed rows. Main
+// thread, after the application object exists, but for lineHeight().
 namespace look {
 
-// Main thread, after the application object exists.
 QFont font(int pixels, QFont::Weight weight = QFont::Normal);
 
 // The same for names in any script: without what preferLettersOf() has put before the desktop's
@@ -19,6 +19,7 @@ QFont fontForNames(int pixels, QFont::Weight weight = QFont::Normal);
 QFont titleFont();
 
 // The distance between two baselines of wrapped text in pixels; also the height of a single line.
+// Any thread.
 int lineHeight(int pixels);
 
 // Chinese, Japanese and Korean share letters that each writes in a form of its own. The desktop
