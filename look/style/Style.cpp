@@ -284,12 +284,9 @@ QRect Style::subElementRect(SubElement element, const QStyleOption* option,
         return option->rect.adjusted(
             sizes::fieldPadding - 2, 1,
             (option->direction == Qt::RightToLeft ? 4 : 2) - sizes::fieldPadding, -1);
-    case SE_CheckBoxIndicator: {
-        const QRect row = option->rect;
-        const QRect box(row.left(), row.top() + (row.height() - sizes::box) / 2, sizes::box,
-                        sizes::box);
-        return visualRect(option->direction, row, box);
-    }
+    case SE_CheckBoxIndicator:
+        return alignedRect(option->direction, Qt::AlignLeft | Qt::AlignVCenter,
+                           QSize(sizes::box, sizes::box), option->rect);
     case SE_CheckBoxContents:
         return visualRect(option->direction, option->rect,
                           option->rect.adjusted(sizes::box + sizes::boxGap, 0, 0, 0));

@@ -24,7 +24,7 @@ Label::~Label() = default;
 void Label::setText(const QString& text) {
     text_.setText(text);
     block_.reset();
-    setLiteralText(this, text);
+    QLabel::setText(buddy() ? literal(text) : text);
     // The label compares escaped texts and sizes; ours may differ although its own do not.
     updateGeometry();
     update();

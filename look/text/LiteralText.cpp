@@ -6,7 +6,6 @@
 
 #include <QAbstractButton>
 #include <QFontMetrics>
-#include <QLabel>
 #include <QPainter>
 
 #include <cmath>
@@ -73,11 +72,6 @@ QString literal(const QString& text) {
 
 void setLiteralText(QAbstractButton* button, const QString& text) {
     button->setText(literal(text));
-}
-
-void setLiteralText(QLabel* label, const QString& text) {
-    label->setTextFormat(Qt::PlainText);
-    label->setText(label->buddy() ? literal(text) : text);
 }
 
 Line fitLine(const QString& text, const QFont& font, int width) {

@@ -6,7 +6,6 @@
 #include <QTextLayout>
 
 class QAbstractButton;
-class QLabel;
 class QPainter;
 class QRect;
 
@@ -18,7 +17,6 @@ namespace look {
 // "&" doubled: what menus, buttons and labels with a buddy show as a single one.
 QString literal(const QString& text);
 void setLiteralText(QAbstractButton* button, const QString& text);
-void setLiteralText(QLabel* label, const QString& text);
 
 // One line as it can be drawn. `width` is what it takes, in pixels.
 struct Line {

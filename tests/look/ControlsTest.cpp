@@ -13,7 +13,6 @@
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QCheckBox>
-#include <QHelpEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QWheelEvent>
@@ -29,13 +28,6 @@ class ControlsTest : public LookTest {
 protected:
     // Where the pointer touches nothing.
     void leave() { QTest::mouseMove(&window, QPoint(790, 590)); }
-
-    static bool showsToolTip(QWidget& widget) {
-        look::hideToolTip();
-        QHelpEvent help(QEvent::ToolTip, QPoint(5, 5), widget.mapToGlobal(QPoint(5, 5)));
-        QApplication::sendEvent(&widget, &help);
-        return look::shownToolTip();
-    }
 };
 
 struct FaceRow {

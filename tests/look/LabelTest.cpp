@@ -6,7 +6,6 @@
 #include "look/text/Fonts.h"
 
 #include <QAccessible>
-#include <QHelpEvent>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScopedPointer>
@@ -29,13 +28,6 @@ protected:
         label->setText(text);
         label->resize(200, lines * 15);
         return label;
-    }
-
-    static bool showsToolTip(QWidget& widget) {
-        look::hideToolTip();
-        QHelpEvent help(QEvent::ToolTip, QPoint(5, 5), widget.mapToGlobal(QPoint(5, 5)));
-        QApplication::sendEvent(&widget, &help);
-        return look::shownToolTip();
     }
 };
 

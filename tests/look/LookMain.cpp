@@ -5,6 +5,7 @@
 #include "look/style/ToolTip.h"
 
 #include <QFont>
+#include <QHelpEvent>
 #include <QTemporaryDir>
 
 #include <ctime>
@@ -52,6 +53,13 @@ QImage LookTest::picture(QWidget& widget) {
 
 QRgb LookTest::colourAt(QWidget& widget, QPoint position) {
     return picture(widget).pixel(position);
+}
+
+bool LookTest::showsToolTip(QWidget& widget) {
+    look::hideToolTip();
+    QHelpEvent help(QEvent::ToolTip, QPoint(5, 5), widget.mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(&widget, &help);
+    return look::shownToolTip();
 }
 
 QRect LookTest::ink(const QImage& picture, QRect within) {

@@ -24,6 +24,9 @@ protected:
     static QImage picture(QWidget& widget);
     static QRgb colourAt(QWidget& widget, QPoint position);
 
+    // Whether the widget has a tooltip to show near its upper left corner.
+    static bool showsToolTip(QWidget& widget);
+
     // The part of the picture that is not of the colour of its upper left corner.
     static QRect ink(const QImage& picture, QRect within);
 

@@ -2,6 +2,7 @@
 
 #include "LookTest.h"
 #include "look/style/Colours.h"
+#include "look/style/ToolTip.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -141,6 +142,17 @@ TEST_F(SegmentsTest, widths_are_equal_natural_and_grow_with_longer_titles) {
     wide.show();
     const auto buttons = wide.findChildren<QAbstractButton*>();
     EXPECT_EQ(buttons.at(0)->width(), buttons.at(1)->width());
+}
+
+TEST_F(SegmentsTest, title_that_does_not_fit_is_the_tooltip_unless_they_all_have_one) {
+    show();
+    EXPECT_FALSE(showsToolTip(*segment(0)));
+    segments->resize(60, 24);
+    ASSERT_TRUE(showsToolTip(*segment(0)));
+    EXPECT_EQ(look::shownToolTip()->accessibleName(), u"Auto"_s);
+    segments->setToolTip(u"Reiseart"_s);
+    ASSERT_TRUE(showsToolTip(*segment(0)));
+    EXPECT_EQ(look::shownToolTip()->accessibleName(), u"Reiseart"_s);
 }
 
 TEST_F(SegmentsTest, states_have_their_own_colours) {
