@@ -1,5 +1,6 @@
 #include "platform/AtomicFile.h"
 
+#include "platform/SystemError.h"
 #include "platform/UniqueFd.h"
 
 #include <QRandomGenerator>
@@ -14,10 +15,6 @@
 
 namespace platform {
 namespace {
-
-std::error_code systemError() {
-    return {errno, std::generic_category()};
-}
 
 // Opens a file that did not exist beside the target and sets path to it. The kernel takes the umask
 // off the mode, which the program itself cannot read without changing it for all threads.

@@ -2,14 +2,16 @@
 
 #include <chrono>
 #include <functional>
+#include <system_error>
 
 namespace platform {
 
-// Runs work on a thread of its own, which may block for as long as it likes. False when the system
-// has no thread left; work is then destroyed without having run. Work that is still running when
-// the program ends is cut off with it, so it must not lean on objects with static lifetime. Any
-// thread.
-[[nodiscard]] bool runInBackground(std::function<void()> work);
+// Runs work on a thread of its own, which may block for as long as it likes and takes no part in
+// the program's signals: a request to end the program reaches the main thread. The error says that
+// the system has no thread left; work is then destroyed without having run. Work that is still
+// running when the program ends is cut off with it, so it must not lean on objects with static
+// lifetime. Any thread.
+[[nodiscard]] std::error_code startWorker(std::function<void()> work);
 
 // Runs work once, delay from now, on a thread that all such work shares: it must not block. It
 // cannot be withdrawn. When the application object is destroyed, work that is still waiting is

@@ -1,5 +1,7 @@
 #include "platform/ChildLaunch.h"
+#include "platform/ChildLaunchParts.h"
 #include "platform/Pipe.h"
+#include "platform/SystemError.h"
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -10,7 +12,6 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
-#include <string>
 #include <vector>
 
 namespace platform {
@@ -82,31 +83,6 @@ bool prepare(const Plan& plan) {
     return pid;
 }
 
-// The descriptor, or a close-on-exec copy of it in holder if it is one of the first three: those
-// numbers are overwritten in the child, one after the other. Negative on failure.
-int awayFromStandard(int descriptor, UniqueFd& holder) {
-    if (descriptor > STDERR_FILENO)
-        return descriptor;
-    holder.reset(::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-    return holder.get();
-}
-
-// A program that was started with SIGCHLD ignored would never learn how a child ended: the kernel
-// throws the status away.
-void keepExitStatuses() {
-    struct sigaction action{};
-    if (::sigaction(SIGCHLD, nullptr, &action) != 0)
-        return;
-    const bool handled = (action.sa_flags & SA_SIGINFO) != 0 ||
-                         (action.sa_handler != SIG_IGN && action.sa_handler != SIG_DFL);
-    if (handled && (action.sa_flags & SA_NOCLDWAIT) == 0)
-        return;
-    if (!handled)
-        action.sa_handler = SIG_DFL;
-    action.sa_flags &= ~SA_NOCLDWAIT;
-    ::sigaction(SIGCHLD, &action, nullptr);
-}
-
 // The errno that the child wrote, or 0 once exec has closed its end.
 int reasonFrom(int failure) {
     int reason = 0;
@@ -117,10 +93,6 @@ int reasonFrom(int failure) {
     return got == ssize_t(sizeof reason) ? reason : 0;
 }
 
-std::error_code systemError() {
-    return {errno, std::generic_category()};
-}
-
 } // namespace
 
 std::error_code launchChild(const ChildCommand& command, pid_t& pid) {
@@ -129,11 +101,7 @@ std::error_code launchChild(const ChildCommand& command, pid_t& pid) {
         return std::make_error_code(std::errc::operation_not_permitted);
     keepExitStatuses();
 
-    std::vector<char*> arguments{const_cast<char*>(command.program.c_str())};
-    for (const std::string& argument : command.arguments)
-        arguments.push_back(const_cast<char*>(argument.c_str()));
-    arguments.push_back(nullptr);
-
+    const std::vector<char*> arguments = argumentVector(command);
     const UniqueFd null(::open("/dev/null", O_RDWR | O_CLOEXEC));
     if (!null)
         return systemError();
@@ -169,14 +137,14 @@ std::error_code launchChild(const ChildCommand& command, pid_t& pid) {
     const int forkError = errno;
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     if (child < 0)
-        return {forkError, std::generic_category()};
+        return systemError(forkError);
 
     failure.writeEnd.reset();
     copies[3].reset();
     if (const int reason = reasonFrom(failure.readEnd.get())) {
         while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
         }
-        return {reason, std::generic_category()};
+        return systemError(reason);
     }
     pid = child;
     return {};

@@ -1,12 +1,12 @@
 #include "platform/ChildLaunch.h"
-#include "platform/UniqueFd.h"
+#include "platform/ChildLaunchParts.h"
+#include "platform/SystemError.h"
 
 #include <crt_externs.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <csignal>
 #include <string>
 #include <vector>
@@ -63,24 +63,6 @@ int prepare(SpawnSettings& settings, const std::string& workingDirectory, int ou
     return failure;
 }
 
-// The descriptor, or a copy of it in holder if it is one of the first three. Negative on failure
-// and for the null device.
-int awayFromStandard(int descriptor, UniqueFd& holder) {
-    if (descriptor < 0 || descriptor > STDERR_FILENO)
-        return descriptor;
-    holder.reset(::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-    return holder.get();
-}
-
-// See the same function for Linux: an ignored SIGCHLD loses how a child ended.
-void keepExitStatuses() {
-    struct sigaction action{};
-    if (::sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) {
-        action.sa_handler = SIG_DFL;
-        ::sigaction(SIGCHLD, &action, nullptr);
-    }
-}
-
 } // namespace
 
 // There is no request to the kernel here that ends the tool with the program: after a crash the
@@ -92,13 +74,9 @@ std::error_code launchChild(const ChildCommand& command, pid_t& pid) {
     const int output = awayFromStandard(command.output, copies[0]);
     const int error = awayFromStandard(command.error, copies[1]);
     if ((command.output >= 0 && output < 0) || (command.error >= 0 && error < 0))
-        return {errno, std::generic_category()};
+        return systemError();
 
-    std::vector<char*> arguments{const_cast<char*>(command.program.c_str())};
-    for (const std::string& argument : command.arguments)
-        arguments.push_back(const_cast<char*>(argument.c_str()));
-    arguments.push_back(nullptr);
-
+    const std::vector<char*> arguments = argumentVector(command);
     SpawnSettings settings;
     int failure = prepare(settings, command.workingDirectory, output, error);
     pid_t child = 0;
@@ -106,7 +84,7 @@ std::error_code launchChild(const ChildCommand& command, pid_t& pid) {
         failure = posix_spawn(&child, command.program.c_str(), &settings.actions,
                               &settings.attributes, arguments.data(), *_NSGetEnviron());
     if (failure != 0)
-        return {failure, std::generic_category()};
+        return systemError(failure);
     pid = child;
     return {};
 }

@@ -1,7 +1,7 @@
 #include "platform/ChildProcess.h"
 
+#include "platform/Background.h"
 #include "platform/ChildLaunch.h"
-#include "platform/WorkerThread.h"
 
 #include <sys/wait.h>
 #include <unistd.h>

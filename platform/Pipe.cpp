@@ -1,9 +1,9 @@
 #include "platform/Pipe.h"
 
+#include "platform/SystemError.h"
+
 #include <fcntl.h>
 #include <unistd.h>
-
-#include <cerrno>
 
 namespace platform {
 
@@ -13,12 +13,12 @@ std::error_code openPipe(Pipe& pipe) {
     // No pipe2 here. The gap until the flags are set is harmless for our own children, which
     // inherit nothing that is not handed to them (see ChildLaunchMac.cpp).
     if (::pipe(ends) != 0)
-        return {errno, std::generic_category()};
+        return systemError();
     ::fcntl(ends[0], F_SETFD, FD_CLOEXEC);
     ::fcntl(ends[1], F_SETFD, FD_CLOEXEC);
 #else
     if (::pipe2(ends, O_CLOEXEC) != 0)
-        return {errno, std::generic_category()};
+        return systemError();
 #endif
     pipe.readEnd.reset(ends[0]);
     pipe.writeEnd.reset(ends[1]);

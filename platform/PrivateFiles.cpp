@@ -1,16 +1,12 @@
 #include "platform/PrivateFiles.h"
 
+#include "platform/SystemError.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <cerrno>
-
 namespace platform {
 namespace {
-
-std::error_code systemError() {
-    return {errno, std::generic_category()};
-}
 
 std::error_code createParents(const std::filesystem::path& path) {
     std::filesystem::path parent;

@@ -51,7 +51,7 @@ bool NXPhotonSearch::launch(const QUrl& url) {
     // Shared only because a std::function must be copyable.
     auto output = std::make_shared<platform::UniqueFd>(std::move(pipe.readEnd));
     auto reader = [self, child, output] { self->read(std::move(*output), child); };
-    if (!platform::runInBackground(std::move(reader))) {
+    if (platform::startWorker(std::move(reader))) {
         platform::stopChild(child);
         return false;
     }

@@ -23,7 +23,7 @@ namespace {
 
 TEST(BackgroundTest, work_runs_on_another_thread) {
     std::promise<std::thread::id> ran;
-    ASSERT_TRUE(platform::runInBackground([&] { ran.set_value(std::this_thread::get_id()); }));
+    ASSERT_FALSE(platform::startWorker([&] { ran.set_value(std::this_thread::get_id()); }));
     EXPECT_NE(ran.get_future().get(), std::this_thread::get_id());
 }
 
@@ -33,7 +33,7 @@ TEST(BackgroundTest, work_that_blocks_does_not_hold_up_other_work) {
     std::atomic<int> blocked = 0;
     std::atomic<int> through = 0;
     for (int number = 0; number < 16; ++number) {
-        ASSERT_TRUE(platform::runInBackground([&, released] {
+        ASSERT_FALSE(platform::startWorker([&, released] {
             ++blocked;
             released.wait();
             ++through;
@@ -41,7 +41,7 @@ TEST(BackgroundTest, work_that_blocks_does_not_hold_up_other_work) {
     }
     EXPECT_TRUE(waitUntil([&] { return blocked == 16; }));
     std::promise<void> ran;
-    ASSERT_TRUE(platform::runInBackground([&] { ran.set_value(); }));
+    ASSERT_FALSE(platform::startWorker([&] { ran.set_value(); }));
     ran.get_future().wait();
     EXPECT_EQ(through, 0);
     release.set_value();
@@ -50,7 +50,7 @@ TEST(BackgroundTest, work_that_blocks_does_not_hold_up_other_work) {
 
 TEST(BackgroundTest, a_background_thread_takes_no_signal_from_the_main_thread) {
     std::promise<sigset_t> found;
-    ASSERT_TRUE(platform::runInBackground([&] {
+    ASSERT_FALSE(platform::startWorker([&] {
         sigset_t mask;
         pthread_sigmask(SIG_SETMASK, nullptr, &mask);
         found.set_value(mask);
