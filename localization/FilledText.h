@@ -24,8 +24,7 @@ private:
 
 // `format` with its placeholders "%@", "%lu", "%ld" and "%.4f" replaced by the arguments in their
 // order. One pass: what an argument brings along is never read as a placeholder again. A
-// placeholder without an argument stays, an argument without a placeholder is left out. From any
-// thread.
+// placeholder without an argument stays, an argument without a placeholder is left out. Any thread.
 QString filled(QStringView format, std::initializer_list<FormatArgument> arguments);
 
 } // namespace localization

@@ -10,10 +10,6 @@ QString NXLocal(QStringView text) {
     return localText(text, nxui::currentLanguage(nxui::Product::ThreeD));
 }
 
-QString localFilled(QStringView text, std::initializer_list<FormatArgument> arguments) {
-    return filled(NXLocal(text), arguments);
-}
-
 QString localText(QStringView text, const std::string& language,
                   std::span<const nxui::CatalogRow> rows) {
     // Half a surrogate pair has no UTF-8 form; turned into "?" it could only be shown wrongly.

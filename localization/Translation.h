@@ -15,19 +15,21 @@ namespace nxui {
 using CatalogRow = std::array<const char*, languageCodes.size()>;
 
 // Every row, in strictly ascending order of the keys as strcmp compares them. Constant data made at
-// build time from the folder po.
+// build time from the folder po. Any thread.
 extern const std::span<const CatalogRow> catalog;
 
 // `text` in `language`; any language that is not one of languageCodes stands for English. A text
-// that has no row comes back as it is, in German. From any thread.
+// that has no row comes back as it is, in German. Any thread.
 std::string translate(const std::string& text, const std::string& language);
 
-// The same over rows of the caller's, which keep the order described above.
+// The same over rows of the caller's, which keep the order described above: for tests and for the
+// benchmark. Any thread.
 std::string translate(const std::string& text, const std::string& language,
                       std::span<const CatalogRow> rows);
 
 // The row with the key `text`, or null. `compare` orders two NUL-terminated texts as strcmp does;
-// it is called at most ceil(log2(rows + 1)) times, ten times for 879 rows.
+// it is called at most ceil(log2(rows + 1)) times, ten times for 879 rows, which is what a test
+// passes a compare of its own for. Any thread.
 template<typename Compare>
 const CatalogRow* findRow(const std::string& text, std::span<const CatalogRow> rows,
                           Compare compare) {

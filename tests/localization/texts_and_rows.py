@@ -3,7 +3,7 @@
 Holds the German texts in the code against the rows of the catalogue, of which a typing error on
 either side would part them: the text would stay German in every language, and nobody would be told.
 
-every_text_has_a_row   each text that the code hands to NXLocal, localFilled or localText has a row
+every_text_has_a_row   each text that the code hands to NXLocal or localText has a row
 every_row_has_a_text   each row of the program stands somewhere in the code as a text, which finds
                        what reaches NXLocal through a table or a variable
 """
@@ -20,7 +20,7 @@ LITERAL = r'(?:u8|[uUL])?"(?:[^"\\\n]|\\.)*"(?:_qs|_s)?'
 # The compiler joins neighbouring literals, and so does this.
 LITERALS = re.compile(rf"{LITERAL}(?:\s*{LITERAL})*")
 LOOKUP = re.compile(
-    r"\b(?:NXLocal|localFilled|localText)\(\s*(?:QStringLiteral\(|QStringView\(|QString\()?\s*"
+    r"\b(?:NXLocal|localText)\(\s*(?:QStringLiteral\(|QStringView\(|QString\()?\s*"
     rf"(?P<text>{LITERALS.pattern})"
 )
 # Comments and raw strings are left out; ordinary strings are matched first, to be kept.

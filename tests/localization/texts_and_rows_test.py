@@ -13,7 +13,6 @@ class TextsAndRows(unittest.TestCase):
             'NXLocal(u"Suchen"_qs)',
             'NXLocal(\n    u"Su"\n    u"chen")',
             'NXLocal(u"Su" /* in two */ "chen")',
-            'localFilled(u"Suchen", {1})',
             'localText(u"Suchen", "ja")',
             'f("// no comment", NXLocal(u"Suchen"))',
             "f('\"', NXLocal(u\"Suchen\"))",
