@@ -18,12 +18,11 @@ using localization::NXLocal;
 
 namespace {
 
-// In their own words, in the order of nxui::languageCodes; never translated.
-const QStringList& languageNames() {
-    static const QStringList names{u"Deutsch"_s,  u"English"_s,   u"Русский"_s,  u"Español"_s,
-                                   u"Français"_s, u"Português"_s, u"Italiano"_s, u"Polski"_s,
-                                   u"Türkçe"_s,   u"简体中文"_s,  u"日本語"_s,   u"한국어"_s,
-                                   u"العربية"_s,  u"हिन्दी"_s};
+// In their own words; never translated.
+QStringList languageNames() {
+    QStringList names;
+    for (const nxui::Language& language : nxui::languages)
+        names.append(QString::fromUtf8(language.ownName));
     return names;
 }
 
@@ -43,7 +42,7 @@ look::Panel* makeConfirmation(const std::string& language, QWidget* parent) {
             u"Die neue Sprache ist gespeichert. Dieses Suchfenster wird beim nächsten Öffnen aktualisiert. Bitte DaVinci Resolve neu starten."_s,
             language),
         parent);
-    panel->setLayoutDirection(language == "ar" ? Qt::RightToLeft : Qt::LeftToRight);
+    panel->setLayoutDirection(nxui::isRightToLeft(language) ? Qt::RightToLeft : Qt::LeftToRight);
     // The same in every language.
     panel->setButtons(u"OK"_s);
     return panel;

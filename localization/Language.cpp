@@ -37,6 +37,12 @@ std::string normalizeChinese(std::string_view tag) {
 
 } // namespace
 
+bool isRightToLeft(std::string_view code) {
+    const auto language = std::find_if(languages.begin(), languages.end(),
+                                       [&](const Language& each) { return each.code == code; });
+    return language != languages.end() && language->direction == "rtl";
+}
+
 std::string normalizeLanguage(std::string tag) {
     if (tag.empty() || tag.size() > longestTag)
         return {};

@@ -16,9 +16,30 @@ namespace nxui {
 // Any value other than ThreeD counts as the 2D plug-in.
 enum class Product { TwoD = 0, ThreeD = 1 };
 
+// One line of languages.inc, which says what each text is.
+struct Language {
+    std::string_view code;
+    std::string_view ownName; // UTF-8
+    std::string_view direction;
+    std::string_view locale;
+    std::string_view letters;
+};
+
 // The order is also that of the catalogue's columns and of the items in the language dialog.
-inline constexpr std::array<std::string_view, 14> languageCodes = {
-    "de", "en", "ru", "es", "fr", "pt", "it", "pl", "tr", "zh-Hans", "ja", "ko", "ar", "hi"};
+inline constexpr std::array<Language, 14> languages{{
+#include "localization/languages.inc"
+}};
+static_assert(!languages.back().code.empty(), "languages.inc has a line too few");
+
+inline constexpr std::array<std::string_view, 14> languageCodes = [] {
+    std::array<std::string_view, 14> codes;
+    for (std::size_t position = 0; position < codes.size(); ++position)
+        codes[position] = languages[position].code;
+    return codes;
+}();
+
+// Whether the language of this code is written from right to left. Any thread.
+bool isRightToLeft(std::string_view code);
 
 // The value of HOME now, empty when it is unset. Callers ask at the moment of use.
 std::string homeDirectory();

@@ -11,11 +11,11 @@ from xml.sax.saxutils import escape
 
 import polib
 
-# The catalogue's codes as the desktop's files spell languages. German is the source.
-LOCALES = {
-    "de": "de", "ru": "ru", "es": "es", "fr": "fr", "pt": "pt", "it": "it", "pl": "pl", "tr": "tr",
-    "zh-Hans": "zh_CN", "ja": "ja", "ko": "ko", "ar": "ar", "hi": "hi",
-}
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "localization/tools"))
+from languages import LANGUAGES  # noqa: E402
+
+# English is the text that stands without a language.
+LOCALES = {each.code: each.locale for each in LANGUAGES if each.code != "en"}
 PROGRAM = "norvaxel-orte-und-routen"
 
 NAME = "Norvaxel 3D · Orte und Routen"

@@ -13,8 +13,8 @@ import unicodedata
 
 import polib
 
-# The order of nxui::languageCodes without German, which is the key.
-LANGUAGES = ["en", "ru", "es", "fr", "pt", "it", "pl", "tr", "zh-Hans", "ja", "ko", "ar", "hi"]
+# The columns behind the German one, which is the key.
+from languages import TRANSLATED as LANGUAGES
 
 # What the program fills in. The arguments come in the German order in every language.
 PLACEHOLDER = re.compile(r"%@|%lu|%ld|%\.4f")

@@ -108,6 +108,19 @@ TEST(Language, index_counts_the_codes_from_one) {
     EXPECT_EQ(nxui::languageForIndex(14), "hi");
 }
 
+// The plug-in reads and shows the same languages in the same order.
+TEST(Language, codes_are_in_the_order_of_the_plugin) {
+    EXPECT_EQ(nxui::languageCodes,
+              (std::array<std::string_view, 14>{"de", "en", "ru", "es", "fr", "pt", "it", "pl",
+                                                "tr", "zh-Hans", "ja", "ko", "ar", "hi"}));
+}
+
+TEST(Language, only_arabic_is_written_from_right_to_left) {
+    for (const std::string_view code : nxui::languageCodes)
+        EXPECT_EQ(nxui::isRightToLeft(code), code == "ar") << code;
+    EXPECT_FALSE(nxui::isRightToLeft(""));
+}
+
 TEST(Language, preference_path_is_below_the_home_directory) {
     const std::string folder = "/home/a/Library/Application Support/Norvaxel/Preferences/";
     EXPECT_EQ(nxui::preferencePath(Product::ThreeD, "/home/a"), folder + "3d-language.txt");

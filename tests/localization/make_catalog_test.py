@@ -13,7 +13,8 @@ import polib
 
 FOLDER = pathlib.Path(sys.argv[1])
 PROBE = sys.argv[2]
-LANGUAGES = ["en", "ru", "es", "fr", "pt", "it", "pl", "tr", "zh-Hans", "ja", "ko", "ar", "hi"]
+sys.path.insert(0, str(FOLDER / "tools"))
+from languages import TRANSLATED as LANGUAGES  # noqa: E402
 
 
 def header(language, charset="UTF-8"):
@@ -45,7 +46,7 @@ class MakeCatalog(unittest.TestCase):
 
     def make(self, *options):
         return subprocess.run(
-            [sys.executable, FOLDER / "tools/make_catalog.py", "--output", self.output, *options,
+            [sys.executable, "-B", FOLDER / "tools/make_catalog.py", "--output", self.output, *options,
              self.program, self.plugin],
             capture_output=True, encoding="utf-8", check=False,
         )

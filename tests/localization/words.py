@@ -26,17 +26,11 @@ import unicodedata
 
 import polib
 
-LANGUAGES = ["en", "ru", "es", "fr", "pt", "it", "pl", "tr", "zh-Hans", "ja", "ko", "ar", "hi"]
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "localization/tools"))
+import languages  # noqa: E402
 
-# As the names of Unicode's letters begin.
-SCRIPTS = {
-    "ru": ("CYRILLIC",),
-    "zh-Hans": ("CJK",),
-    "ja": ("CJK", "HIRAGANA", "KATAKANA"),
-    "ko": ("HANGUL",),
-    "ar": ("ARABIC",),
-    "hi": ("DEVANAGARI",),
-}
+LANGUAGES = languages.TRANSLATED
+SCRIPTS = {each.code: each.letters.split() for each in languages.LANGUAGES if each.letters != "LATIN"}
 # What a Latin alphabet has beyond a to z.
 LETTERS = {
     "en": "",

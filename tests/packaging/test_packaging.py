@@ -1,5 +1,7 @@
 """What is installed and packaged: it validates, and it works from wherever it lies."""
 import configparser
+import datetime
+import gzip
 import os
 import pathlib
 import re
@@ -12,7 +14,8 @@ import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(ROOT / "tests/blackbox"))
+sys.path[:0] = [str(ROOT / "tests/blackbox"), str(ROOT / "localization/tools")]
+import languages  # noqa: E402
 from harness import CHOSEN, FINISHED, STAND_IN, BlackBox, w  # noqa: E402
 
 BUILD = pathlib.Path(os.environ.get("NORVAXEL_BUILD", ROOT / "build/dev"))
@@ -20,7 +23,8 @@ CMAKE = os.environ.get("NORVAXEL_CMAKE", "cmake")
 CPACK = os.environ.get("NORVAXEL_CPACK", "cpack")
 ID = "de.norvaxel.orteundrouten"
 PROGRAM = "norvaxel-orte-und-routen"
-LOCALES = ["ar", "de", "es", "fr", "hi", "it", "ja", "ko", "pl", "pt", "ru", "tr", "zh_CN"]
+# English is the text that stands without a language.
+LOCALES = [each.locale for each in languages.LANGUAGES if each.code != "en"]
 
 # Each of lintian's findings that stays has its reason here.
 LINTIAN_EXPLAINED = {
@@ -45,6 +49,11 @@ def run(*command, **options):
 
 def install(component, prefix):
     run(CMAKE, "--install", BUILD, "--component", component, "--prefix", prefix)
+
+
+def newest(field):
+    """What the newest entry of the changelog says, as Debian's own tool reads it."""
+    return run("dpkg-parsechangelog", "-l", ROOT / "packaging/changelog", "-S", field).strip()
 
 
 _package = None
@@ -108,6 +117,13 @@ class Files(unittest.TestCase):
     def test_metainfo_validates(self):
         said = run("appstreamcli", "validate", "--pedantic", "--no-net", self.metainfo)
         self.assertIn("Validation was successful", said)
+
+    def test_version_and_date_are_those_of_the_changelog(self):
+        day = datetime.datetime.fromtimestamp(int(newest("Timestamp")), datetime.UTC).date()
+        self.assertIn(f'<release version="{newest("Version")}" date="{day}"/>',
+                      self.metainfo.read_text(encoding="utf-8"))
+        with gzip.open(self.prefix / f"share/man/man1/{PROGRAM}.1.gz", "rt", encoding="utf-8") as page:
+            self.assertIn(f'"{day}" "{newest("Version")}"', page.readline())
 
     def test_icons_are_there_in_every_size(self):
         icons = self.prefix / "share/icons/hicolor"
@@ -192,7 +208,7 @@ class Package(BlackBox):
         fields = run("dpkg-deb", "--field", package(), "Depends", "Version", "Package")
         for needed in ("curl", "ca-certificates", "libqt6widgets6 (>= 6.", "libqt6gui6", "libc6"):
             self.assertIn(needed, fields)
-        self.assertIn("Version: 0.5.0", fields)
+        self.assertIn(f"Version: {newest('Version')}\n", fields)
 
     def test_installed_used_upgraded_and_removed_it_leaves_the_users_files_alone(self):
         self.dpkg("--install", package())

@@ -7,7 +7,10 @@ import pathlib
 import re
 import sys
 
-LANGUAGES = ["de", "en", "ru", "es", "fr", "pt", "it", "pl", "tr", "zh-Hans", "ja", "ko", "ar", "hi"]
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "localization/tools"))
+import languages  # noqa: E402
+
+LANGUAGES = [each.code for each in languages.LANGUAGES]
 STYLE = """body { background: #18181a; color: #ddd; font: 14px sans-serif }
 figure { display: inline-block; margin: 4px } img { width: 410px; display: block }"""
 

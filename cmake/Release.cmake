@@ -1,0 +1,15 @@
+# NORVAXEL_VERSION and NORVAXEL_DATE (year-month-day): those of the changelog's newest entry.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+             ${CMAKE_CURRENT_SOURCE_DIR}/packaging/changelog)
+file(READ packaging/changelog changelog)
+if(NOT changelog MATCHES "^[a-z-]+ \\(([0-9.]+)\\)")
+    message(FATAL_ERROR "packaging/changelog does not begin with a version")
+endif()
+set(NORVAXEL_VERSION ${CMAKE_MATCH_1})
+if(NOT changelog MATCHES "^[^>]*>  [A-Z][a-z]+, ([0-9]+) ([A-Z][a-z]+) ([0-9]+) ")
+    message(FATAL_ERROR "packaging/changelog does not say when its newest entry was made")
+endif()
+set(months - Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec)
+list(FIND months ${CMAKE_MATCH_2} month)
+set(NORVAXEL_DATE ${CMAKE_MATCH_3}-0${month}-0${CMAKE_MATCH_1})
+string(REGEX REPLACE "-0([0-9][0-9])" "-\\1" NORVAXEL_DATE ${NORVAXEL_DATE})
