@@ -12,7 +12,6 @@
 #include <cstdlib>
 #include <future>
 #include <memory>
-#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -77,20 +76,20 @@ TEST(BackgroundTest, delayed_work_runs_once_and_never_early) {
 }
 
 TEST(BackgroundTest, delayed_work_runs_in_the_order_of_its_times) {
-    std::mutex mutex;
-    std::vector<int> order;
+    // All of it waits behind a piece that blocks, and is due hours apart: however slow the machine
+    // is, only the times decide.
+    std::promise<void> release;
+    platform::runAfter(-9h, [released = release.get_future().share()] { released.wait(); });
+    std::vector<int> order; // touched by the shared thread alone until last is set
     std::promise<void> last;
-    const auto note = [&](int number) {
-        const std::lock_guard lock(mutex);
-        order.push_back(number);
-    };
-    platform::runAfter(90ms, [&] {
-        note(3);
+    platform::runAfter(-1h, [&] {
+        order.push_back(3);
         last.set_value();
     });
-    platform::runAfter(60ms, [&] { note(2); });
-    platform::runAfter(30ms, [&] { note(1); });
-    platform::runAfter(0ms, [&] { note(0); });
+    platform::runAfter(-2h, [&] { order.push_back(2); });
+    platform::runAfter(-4h, [&] { order.push_back(0); });
+    platform::runAfter(-3h, [&] { order.push_back(1); });
+    release.set_value();
     last.get_future().wait();
     EXPECT_EQ(order, (std::vector{0, 1, 2, 3}));
 }
@@ -116,7 +115,6 @@ TEST(BackgroundTest, the_end_of_the_application_drops_what_waits_and_waits_for_w
     auto waiting = std::make_shared<int>(1);
     const std::weak_ptr<int> watched = waiting;
     std::atomic<bool> done = false;
-    const auto begin = Clock::now();
     {
         int count = 0;
         const QCoreApplication application(count, nullptr);
@@ -131,7 +129,6 @@ TEST(BackgroundTest, the_end_of_the_application_drops_what_waits_and_waits_for_w
     }
     EXPECT_TRUE(done);
     EXPECT_TRUE(watched.expired());
-    EXPECT_LT(Clock::now() - begin, 10s);
 
     // After it, work is dropped at once.
     auto late = std::make_shared<int>(1);
@@ -149,14 +146,12 @@ TEST(BackgroundTest, the_end_of_the_application_drops_what_waits_and_waits_for_w
 
 TEST(BackgroundTest, what_waits_does_not_delay_the_end_of_the_program) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto begin = Clock::now();
     EXPECT_EXIT(
         {
             platform::runAfter(1h, [] { std::_Exit(1); });
             std::exit(0);
         },
         testing::ExitedWithCode(0), "");
-    EXPECT_LT(Clock::now() - begin, 60s);
 }
 
 } // namespace
