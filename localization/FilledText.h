@@ -8,7 +8,7 @@
 namespace localization {
 
 // What takes the place of one placeholder: a text as it is, an integer in decimal digits, or a
-// floating-point number with four decimals. Numbers look the same in every locale.
+// floating-point number with four decimals. Numbers look the same in every locale. Any thread.
 class FormatArgument {
 public:
     FormatArgument(const QString& text) : text_(text) {}

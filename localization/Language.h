@@ -41,31 +41,33 @@ inline constexpr std::array<std::string_view, 14> languageCodes = [] {
 // Whether the language of this code is written from right to left. Any thread.
 bool isRightToLeft(std::string_view code);
 
-// The value of HOME now, empty when it is unset. Callers ask at the moment of use.
+// The value of HOME now, empty when it is unset. Callers ask at the moment of use. Any thread, as
+// for all that reads the environment: nobody in the program changes it.
 std::string homeDirectory();
 
 // Where the product's language is kept below `home`. The same on every system, because the plug-in
-// looks there. Nothing on disk is touched.
+// looks there. Nothing on disk is touched. Any thread.
 std::filesystem::path preferencePath(Product product, const std::string& home);
 
 // The code that a BCP 47 tag or a POSIX locale name stands for, or the empty string. Region and
-// encoding are dropped; Traditional Chinese is not supported and gives the empty string.
+// encoding are dropped; Traditional Chinese is not supported and gives the empty string. Any
+// thread.
 std::string normalizeLanguage(std::string tag);
 
-// The tags that the user prefers, in the system's order, as the system writes them.
+// The tags that the user prefers, in the system's order, as the system writes them. Any thread.
 std::vector<std::string> systemLanguages();
 
-// The code of the first tag that stands for one, "en" when none does.
+// The code of the first tag that stands for one, "en" when none does. Any thread.
 std::string firstSupportedLanguage(const std::vector<std::string>& tags);
 
-// The stored code. The empty string when `home` is empty, and when the file is missing, a link, not
-// a regular file, of 67 bytes or more, unreadable, or does not begin with a line holding exactly a
-// code: what is not in its final form is not repaired.
+// The stored code: what the file's first line holds. The empty string when that is not exactly a
+// code (nothing is trimmed or repaired), when the file is missing, unreadable, a link, anything
+// else than a regular file, or of 67 bytes or more, and when `home` is empty. Any thread.
 std::string readLanguage(Product product, const std::string& home);
 
 // Replaces the product's file by one that holds `code`, as a whole or not at all, readable by its
 // owner only. True when that was done. A code that is not in its final form is refused, and a link
-// in the file's place is never replaced or written through.
+// in the file's place is never replaced or written through. Any thread.
 bool saveLanguage(Product product, const std::string& code, const std::string& home);
 
 // The product's language for this run of the program: read from its file, else from the system, on
@@ -73,11 +75,11 @@ bool saveLanguage(Product product, const std::string& code, const std::string& h
 std::string currentLanguage(Product product);
 
 // Writes currentLanguage() to the product's file when that holds no valid language yet. A failed
-// save is ignored: the next start tries again.
+// save is ignored: the next start tries again. Any thread.
 void persistInitialLanguage(Product product);
 
 // The code at position 1 to 14 of languageCodes. Any other index means "automatic" and gives the
-// system's language as it is now. Never empty.
+// system's language as it is now. Never empty. Any thread.
 std::string languageForIndex(int index);
 
 } // namespace nxui

@@ -17,7 +17,7 @@ namespace platform {
 namespace {
 
 // Opens a file that did not exist beside the target and sets path to it. The kernel takes the umask
-// off the mode, which the program itself cannot read without changing it for all threads.
+// off the mode: the program could read the umask only by changing it, for all its threads.
 UniqueFd openBeside(const std::filesystem::path& target, mode_t mode, std::filesystem::path& path) {
     constexpr int attempts = 100;
     for (int attempt = 0; attempt < attempts; ++attempt) {

@@ -28,8 +28,8 @@ public:
         closed_ = false;
     }
 
-    // Drops what waits. Work that has begun is waited for, so that none runs beside the destruction
-    // of what it uses; it does not block.
+    // Drops what waits, and waits for the piece that has begun: the program is about to destroy
+    // what it uses. That is short, because such work does not block.
     void close() {
         std::multimap<Clock::time_point, std::function<void()>> dropped;
         std::unique_lock lock(mutex_);

@@ -57,7 +57,7 @@ bool prepare(const Plan& plan) {
         ::dup2(plan.error, STDERR_FILENO) < 0)
         return false;
     // Our own descriptors are close-on-exec; this is for those of libraries and of whoever started
-    // the program. Kernels before 5.11 refuse it, and then only those are inherited.
+    // the program. Kernels before 5.11 refuse it, and the tool then inherits those.
     ::close_range(3, UINT_MAX, CLOSE_RANGE_CLOEXEC);
     resetSignals();
     return true;

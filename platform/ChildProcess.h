@@ -15,7 +15,7 @@
 namespace platform {
 
 // What to run: an argument vector, never a line for a shell. The environment is the program's own,
-// and standard input reads nothing.
+// and standard input reads nothing. A plain value: one thread at a time.
 struct ChildCommand {
     std::string program; // a path; it is not searched for
     std::vector<std::string> arguments{};
@@ -24,6 +24,7 @@ struct ChildCommand {
     int error = -1;                 // likewise
 };
 
+// How a child ended. A plain value: one thread at a time.
 struct ChildExit {
     enum class Kind {
         Unknown,  // somebody else took the status
@@ -50,6 +51,7 @@ struct ChildExit {
 // On Linux the kernel kills the child (not its own children) when the program dies.
 class ChildProcess : public std::enable_shared_from_this<ChildProcess> {
 public:
+    // Any thread.
     static std::shared_ptr<ChildProcess> make(ChildCommand command);
     ~ChildProcess() = default;
     ChildProcess(const ChildProcess&) = delete;
@@ -93,7 +95,7 @@ private:
     mutable std::mutex mutex_; // guards everything below
     mutable std::condition_variable ended_;
     State state_ = State::Created;
-    pid_t id_ = 0; // valid while running, and of nobody's use afterwards
+    pid_t id_ = 0; // the child's while running; later perhaps somebody else's
     bool stopRequested_ = false;
     ChildExit exit_;
 };

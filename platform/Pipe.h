@@ -6,6 +6,7 @@
 
 namespace platform {
 
+// Both ends of a pipe, closed with it. One thread at a time.
 struct Pipe {
     UniqueFd readEnd;
     UniqueFd writeEnd;

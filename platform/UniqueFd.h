@@ -6,7 +6,7 @@
 
 namespace platform {
 
-// Owns one file descriptor and closes it. Holds -1 when it owns none.
+// Owns one file descriptor and closes it. Holds -1 when it owns none. One thread at a time.
 class UniqueFd {
 public:
     UniqueFd() = default;

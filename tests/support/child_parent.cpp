@@ -3,8 +3,7 @@
 //
 //   child_parent keep HELPER               starts a child that hangs, prints both ids, then hangs
 //   child_parent closed-standard HELPER    starts one with descriptors 0 to 2 closed; exits 0 if
-//   the
-//                                          child's output arrived whole
+//                                          that one's output arrived whole
 
 #include "platform/ChildProcess.h"
 
