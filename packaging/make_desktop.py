@@ -1,6 +1,6 @@
 """Writes the menu entry or the metainfo of the program in all its languages.
 
-    make_desktop.py entry | metainfo PO_FOLDER ID VERSION DATE
+    make_desktop.py entry | metainfo PO_FOLDER ID VERSION DATE HOMEPAGE
 
 All words come from the catalogue's PO files; none is typed a second time.
 """
@@ -82,7 +82,7 @@ def entry(words, identity):
     ])
 
 
-def metainfo(words, identity, version, date):
+def metainfo(words, identity, version, date, homepage):
     def elements(name, german):
         for locale, text in words.each(german):
             mark = f' xml:lang="{locale}"' if locale else ""
@@ -97,10 +97,13 @@ def metainfo(words, identity, version, date):
         "  <project_license>LicenseRef-proprietary</project_license>",
         *(f"  {line}" for line in elements("name", NAME)),
         *(f"  {line}" for line in elements("summary", COMMENT)),
+        # The first is for AppStream before 1.0 (Debian 12), the second from then on.
         "  <developer_name>Norvaxel</developer_name>",
+        '  <developer id="example.norvaxel"><name>Norvaxel</name></developer>',
         "  <description>",
         *(f"    {line}" for german in DESCRIPTION for line in elements("p", german)),
         "  </description>",
+        f'  <url type="homepage">{homepage}</url>',
         f'  <launchable type="desktop-id">{identity}.desktop</launchable>',
         "  <provides>",
         f"    <binary>{PROGRAM}</binary>",
@@ -122,9 +125,12 @@ def metainfo(words, identity, version, date):
     ])
 
 
-def main(kind, folder, identity, version, date):
+def main(kind, folder, identity, version, date, homepage):
     words = Words(pathlib.Path(folder))
-    text = entry(words, identity) if kind == "entry" else metainfo(words, identity, version, date)
+    if kind == "entry":
+        text = entry(words, identity)
+    else:
+        text = metainfo(words, identity, version, date, homepage)
     sys.stdout.buffer.write(text.encode("utf-8"))
 
 
