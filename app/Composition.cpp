@@ -10,7 +10,8 @@ namespace app {
 
 void compose(QApplication& application) {
     const std::string language = nxui::currentLanguage(nxui::Product::ThreeD);
-    QApplication::setLayoutDirection(language == "ar" ? Qt::RightToLeft : Qt::LeftToRight);
+    QApplication::setLayoutDirection(nxui::isRightToLeft(language) ? Qt::RightToLeft
+                                                                   : Qt::LeftToRight);
     look::preferLettersOf(language);
     look::applyLook(application);
 }

@@ -59,7 +59,7 @@ double bareCurl() {
 }
 
 // From the request to the body on the main thread.
-double search() {
+double ourSearch() {
     QEventLoop loop;
     QElapsedTimer timer;
     timer.start();
@@ -88,10 +88,10 @@ int main(int argc, char* argv[]) {
     std::vector<double> bare;
     std::vector<double> ours;
     bareCurl();
-    search();
+    ourSearch();
     for (int i = 0; i < runs; ++i) {
         bare.push_back(bareCurl());
-        ours.push_back(search());
+        ours.push_back(ourSearch());
     }
     const double difference = median(ours) - median(bare);
     std::printf(

@@ -19,7 +19,6 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
-using namespace localization;
 
 namespace {
 
