@@ -63,7 +63,7 @@ double ourSearch() {
     QEventLoop loop;
     QElapsedTimer timer;
     timer.start();
-    const auto request = NXPhotonSearch::make();
+    const auto request = NXPhotonSearch::make([](auto) { return QString(); });
     bool isAnswered = false;
     request->start(address(), [&](const std::optional<QByteArray>& body, const QString&) {
         isAnswered = body.has_value();

@@ -93,7 +93,7 @@ const Row rows[] = {
 TEST(HttpsAddressTest, a_text_is_an_address_by_the_table) {
     for (const Row& row : rows) {
         const QString text = QString::fromUtf16(row.text);
-        SCOPED_TRACE("\"" + text.toStdString() + "\"");
+        SCOPED_TRACE(text.toStdString());
         EXPECT_EQ(platform::httpsAddress(text).has_value(), row.verdict != Verdict::Refused);
         EXPECT_EQ(platform::plainHttpsAddress(text).has_value(), row.verdict == Verdict::Plain);
     }
