@@ -77,7 +77,8 @@ bool prepare(const Plan& plan) {
 // 150 MB are resident. A function of its own, so that nothing lives here that the child could
 // change under the parent's feet.
 [[gnu::noinline]] pid_t forkTool(const Plan& plan) {
-    const pid_t pid = ::vfork(); // NOLINT(clang-analyzer-security.insecureAPI.vfork)
+    // NOLINTNEXTLINE(clang-analyzer-security.insecureAPI.vfork, bugprone-unsafe-functions)
+    const pid_t pid = ::vfork();
     if (pid == 0)
         becomeTool(plan); // NOLINT(clang-analyzer-unix.Vfork)
     return pid;

@@ -12,7 +12,7 @@ bool isHttpsAddress(const QUrl& address) {
 }
 
 std::optional<QUrl> httpsAddress(const QString& text) {
-    const QUrl address(text, QUrl::StrictMode);
+    QUrl address(text, QUrl::StrictMode);
     if (!isHttpsAddress(address))
         return std::nullopt;
     return address;

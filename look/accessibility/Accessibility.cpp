@@ -21,7 +21,7 @@ public:
     explicit AccessibleLabel(Label* label) : QAccessibleWidget(label, QAccessible::StaticText) {}
 
     QString text(QAccessible::Text kind) const override {
-        const QString known = QAccessibleWidget::text(kind);
+        QString known = QAccessibleWidget::text(kind);
         if (!known.isEmpty())
             return known;
         switch (kind) {

@@ -19,7 +19,7 @@ QVariant PlaceListModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
         return row.name;
-    case DetailRole:
+    case detailRole:
     case Qt::ToolTipRole:
         return row.detail;
     case Qt::AccessibleTextRole:

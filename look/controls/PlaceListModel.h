@@ -12,13 +12,13 @@ struct PlaceRow {
     QString detail;
 };
 
-// The rows of a list of places, name over detail. Qt::DisplayRole is the name line, `DetailRole`
+// The rows of a list of places, name over detail. Qt::DisplayRole is the name line, `detailRole`
 // and the tooltip the detail, the accessible text both with a line break between them.
 // Main thread.
 class PlaceListModel : public QAbstractListModel {
     Q_OBJECT
 public:
-    static constexpr int DetailRole = Qt::UserRole + 1;
+    static constexpr int detailRole = Qt::UserRole + 1;
 
     using QAbstractListModel::QAbstractListModel;
 

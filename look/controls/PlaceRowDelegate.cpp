@@ -69,14 +69,15 @@ void PlaceRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
              index.data(Qt::DisplayRole).toString(), look::fontForNames(14, QFont::Medium),
              look.name, option.direction);
     drawText(*painter, QRect(text.left(), row.top() + 27, text.width(), 14),
-             index.data(PlaceListModel::DetailRole).toString(), look::fontForNames(11), look.detail,
+             index.data(PlaceListModel::detailRole).toString(), look::fontForNames(11), look.detail,
              option.direction);
     painter->restore();
 }
 
 QSize PlaceRowDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
                                  const QModelIndex& index) const {
-    const bool isLast = index.row() + 1 == index.model()->rowCount(index.parent());
+    const QAbstractItemModel* model = index.model();
+    const bool isLast = model && index.row() + 1 == model->rowCount(index.parent());
     return {0, isLast ? rowHeight : rowHeight + rowGap};
 }
 

@@ -291,7 +291,6 @@ QRect Style::subElementRect(SubElement element, const QStyleOption* option,
         return visualRect(option->direction, option->rect,
                           option->rect.adjusted(sizes::box + sizes::boxGap, 0, 0, 0));
     case SE_CheckBoxClickRect:
-        return option->rect;
     case SE_PushButtonContents:
     case SE_PushButtonFocusRect:
         return option->rect;

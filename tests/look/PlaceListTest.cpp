@@ -29,7 +29,7 @@ protected:
 
     void add(const QString& name, const QString& detail = {}) {
         auto* item = new QStandardItem(name);
-        item->setData(detail, look::PlaceListModel::DetailRole);
+        item->setData(detail, look::PlaceListModel::detailRole);
         model.appendRow(item);
     }
 

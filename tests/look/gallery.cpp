@@ -81,7 +81,7 @@ public:
     Sheet() {
         resize(820, 760);
         model_.appendRow(new QStandardItem(u"Berlin"_s));
-        model_.item(0)->setData(u"Deutschland"_s, look::PlaceListModel::DetailRole);
+        model_.item(0)->setData(u"Deutschland"_s, look::PlaceListModel::detailRole);
         addButtons(16, u"Push button, 32"_s, ButtonKind::Push, u"Sprache"_s, 82);
         addButtons(102, u"Prominent button, 32"_s, ButtonKind::Prominent, u"Route berechnen"_s,
                    145);

@@ -44,7 +44,7 @@ TEST_F(ResultsTest, a_row_is_read_as_its_name_and_its_detail) {
     searchResults(u"Ulm"_s);
     const QModelIndex row = model()->index(0, 0);
     EXPECT_EQ(row.data(Qt::DisplayRole), u"Ulm"_s);
-    EXPECT_EQ(row.data(look::PlaceListModel::DetailRole), u"Deutschland · 52.0000, 13.0000"_s);
+    EXPECT_EQ(row.data(look::PlaceListModel::detailRole), u"Deutschland · 52.0000, 13.0000"_s);
     EXPECT_EQ(row.data(Qt::AccessibleTextRole), u"Ulm\nDeutschland · 52.0000, 13.0000"_s);
     EXPECT_EQ(rows(), QStringList(u"Ulm\nDeutschland · 52.0000, 13.0000"_s));
     const QPoint middle = list("table")->visualRect(row).center();
@@ -132,7 +132,7 @@ TEST_F(ResultsTest, a_row_that_is_gone_is_empty) {
     const QModelIndex last = model()->index(7, 0);
     EXPECT_TRUE(last.data().isValid());
     field("query")->clear();
-    for (const int role : {int(Qt::DisplayRole), look::PlaceListModel::DetailRole,
+    for (const int role : {int(Qt::DisplayRole), look::PlaceListModel::detailRole,
                            int(Qt::ToolTipRole), int(Qt::AccessibleTextRole)})
         EXPECT_FALSE(model()->data(last, role).isValid());
 }

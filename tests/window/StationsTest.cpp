@@ -82,7 +82,7 @@ TEST_F(StationsTest, a_station_shows_its_number_its_name_and_its_detail) {
     offer({feature(u"Köln"_s, {{"country"_L1, u"Deutschland"_s}}, 6.9578, 50.9422)});
     addResult(0);
     const QModelIndex row = list("stationTable")->model()->index(0, 0);
-    EXPECT_EQ(row.data(look::PlaceListModel::DetailRole), u"Deutschland · 50.9422, 6.9578"_s);
+    EXPECT_EQ(row.data(look::PlaceListModel::detailRole), u"Deutschland · 50.9422, 6.9578"_s);
     QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(list("stationTable"));
     ASSERT_EQ(spoken->childCount(), 1);
     EXPECT_EQ(spoken->child(0)->text(QAccessible::Name),
