@@ -20,8 +20,8 @@ struct State {
     bool hasCompleted = false; // a finished package can be shown
 };
 
-// Places in the pop-up of the data services: the first, which needs no address of its own, and the
-// last, whose address the person types.
+// Two places in the pop-up of the data services: the OSM API itself, and the service whose address
+// the person types.
 inline constexpr int directEndpoint = 0;
 inline constexpr int customEndpoint = 3;
 

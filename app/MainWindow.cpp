@@ -266,8 +266,8 @@ QWidget* MainWindow::makeRouteOptions() {
 
     const QString routingText = NXLocal(u"Routingdienst · eigene HTTPS-Adresse optional"_s);
     Label* routingCaption = makeLabel(11, look::colours::secondary, routingText);
-    // The texts of a route without a package come first and are replaced: every route of this
-    // program brings one.
+    // A box for a route with or without its package: what it would say stays in the catalogue. Every
+    // route of this program brings one, and the box says so in the end.
     routeMapCheckbox =
         named("routeMapCheckbox", new QCheckBox(NXLocal(u"Straßenkarte mitladen"_s)));
     routeMapCheckbox->setFont(look::font(12));

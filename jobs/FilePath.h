@@ -7,7 +7,7 @@
 
 namespace jobs {
 
-// A path as the file system has it.
+// A path as the file system has it. Pure; any thread.
 inline std::string filePath(const QString& path) {
     return QFile::encodeName(path).toStdString();
 }

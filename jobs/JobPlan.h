@@ -35,7 +35,7 @@ struct JobFile {
 };
 
 // One run of the importer tool, ready to start: values, and what was prepared on disk, which goes
-// with the plan.
+// with the plan. Belongs to one thread at a time.
 struct JobPlan {
     JobKind kind;
     QString tool;                       // absolute path of the importer
