@@ -42,8 +42,12 @@ public:
 private:
     static constexpr qsizetype longest = 650;
 
+    // Half a character is no text: nothing would be found in what begins with one.
     static QString last(QStringView text) {
-        return text.last(std::min(text.size(), longest)).toString();
+        QStringView end = text.last(std::min(text.size(), longest));
+        if (end.size() < text.size() && end.front().isLowSurrogate())
+            end = end.sliced(1);
+        return end.toString();
     }
 
     QString kept_;   // ends in a character that is not white space

@@ -5,7 +5,7 @@
 namespace jobs {
 
 // What the importer's log says about a failed place import: the text after the last "FEHLER:"
-// (the whole log if there is none), trimmed, its last 650 UTF-16 units, service addresses replaced
+// (the whole log if there is none), trimmed, its last 650 UTF-16 units without half a character, service addresses replaced
 // by "[Datendienst]". Empty when the log cannot be read or is not UTF-8. Reads the file once in
 // small pieces: a log of any length costs no memory. Any thread.
 QString placeFailureDetail(const QString& logPath);

@@ -64,9 +64,9 @@ JobReport reportOf(const JobPlan& plan, const platform::ChildExit& exit, Ending 
 }
 
 void keepLog(const JobPlan& plan) {
-    const QString kept = plan.supportFolder + "/letzter-import.log"_L1;
-    QFile::remove(kept);
-    QFile::copy(plan.logPath, kept);
+    // The last log is only a help: nothing is said where it cannot be kept.
+    (void)platform::replaceByCopy(filePath(plan.supportFolder + "/letzter-import.log"_L1),
+                                  filePath(plan.logPath));
 }
 
 // The file work after the tool has ended: checks the package, lays the program's files beside it,

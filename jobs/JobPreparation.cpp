@@ -28,9 +28,10 @@ QString userDataFolder() {
     const QString named = qEnvironmentVariable("XDG_DATA_HOME");
     if (QDir::isAbsolutePath(named))
         return QDir::cleanPath(named);
-    // Not QDir::homePath: without HOME there is no home, rather than the root folder.
+    // Not QDir::homePath: without HOME there is no home, rather than the root folder. A relative
+    // one would be another folder to the tool, which runs elsewhere.
     const QString home = qEnvironmentVariable("HOME");
-    return home.isEmpty() ? QString() : home + "/.local/share"_L1;
+    return QDir::isAbsolutePath(home) ? QDir::cleanPath(home + "/.local/share"_L1) : QString();
 #endif
 }
 

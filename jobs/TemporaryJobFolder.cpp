@@ -4,6 +4,7 @@
 
 #include <QDir>
 
+#include <filesystem>
 #include <utility>
 
 namespace jobs {
@@ -29,8 +30,11 @@ TemporaryJobFolder::TemporaryJobFolder(TemporaryJobFolder&& other) noexcept
     : path_(std::exchange(other.path_, {})) {}
 
 TemporaryJobFolder::~TemporaryJobFolder() {
+    // The toolkit's own removal leaves names that are not UTF-8 and trees deeper than a path may be
+    // long; a tool may leave both.
+    std::error_code ignored;
     if (!path_.isEmpty())
-        QDir(path_).removeRecursively();
+        std::filesystem::remove_all(filePath(path_), ignored);
 }
 
 } // namespace jobs

@@ -33,8 +33,8 @@ UniqueFd openBeside(const std::filesystem::path& target, mode_t mode, std::files
     return {};
 }
 
-std::error_code writeAll(int file, const QByteArray& bytes) {
-    const char* next = bytes.constData();
+std::error_code writeAll(int file, QByteArrayView bytes) {
+    const char* next = bytes.data();
     const char* const end = next + bytes.size();
     while (next != end) {
         const ssize_t written = ::write(file, next, std::size_t(end - next));
@@ -55,9 +55,23 @@ std::error_code syncFile(int file) {
     return ::fsync(file) == 0 ? std::error_code() : systemError();
 }
 
-std::error_code fill(UniqueFd& file, const QByteArray& bytes, Durability durability) {
-    if (const std::error_code failure = writeAll(file.get(), bytes))
-        return failure;
+// Everything that source still holds.
+std::error_code copyAll(int file, int source) {
+    QByteArray chunk(65536, Qt::Uninitialized);
+    for (;;) {
+        const ssize_t got = ::read(source, chunk.data(), std::size_t(chunk.size()));
+        if (got == 0)
+            return {};
+        if (got < 0 && errno != EINTR)
+            return systemError();
+        if (got < 0)
+            continue;
+        if (const std::error_code failure = writeAll(file, QByteArrayView(chunk).first(got)))
+            return failure;
+    }
+}
+
+std::error_code finish(UniqueFd& file, Durability durability) {
     if (durability == Durability::Durable) {
         if (const std::error_code failure = syncFile(file.get()))
             return failure;
@@ -66,16 +80,18 @@ std::error_code fill(UniqueFd& file, const QByteArray& bytes, Durability durabil
     return ::close(file.release()) == 0 ? std::error_code() : systemError();
 }
 
-} // namespace
-
-std::error_code replaceFile(const std::filesystem::path& path, const QByteArray& bytes,
-                            Durability durability, Readers readers) {
+// Puts a file there in one step; `fill` writes it.
+template<typename Fill>
+std::error_code replace(const std::filesystem::path& path, Durability durability, Readers readers,
+                        Fill fill) {
     std::filesystem::path fresh;
     UniqueFd file = openBeside(path, readers == Readers::Everyone ? 0644 : 0600, fresh);
     if (!file)
         return systemError();
 
-    std::error_code failure = fill(file, bytes, durability);
+    std::error_code failure = fill(file.get());
+    if (!failure)
+        failure = finish(file, durability);
     if (!failure && ::rename(fresh.c_str(), path.c_str()) != 0)
         failure = systemError();
     if (failure) {
@@ -89,6 +105,22 @@ std::error_code replaceFile(const std::filesystem::path& path, const QByteArray&
             ::fsync(opened.get());
     }
     return {};
+}
+
+} // namespace
+
+std::error_code replaceFile(const std::filesystem::path& path, const QByteArray& bytes,
+                            Durability durability, Readers readers) {
+    return replace(path, durability, readers, [&](int file) { return writeAll(file, bytes); });
+}
+
+std::error_code replaceByCopy(const std::filesystem::path& path,
+                              const std::filesystem::path& source) {
+    const UniqueFd opened(::open(source.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!opened)
+        return systemError();
+    return replace(path, Durability::Fast, Readers::Owner,
+                   [&](int file) { return copyAll(file, opened.get()); });
 }
 
 } // namespace platform

@@ -20,4 +20,10 @@ enum class Readers { Everyone, Owner };
 std::error_code replaceFile(const std::filesystem::path& path, const QByteArray& bytes,
                             Durability durability, Readers readers = Readers::Everyone);
 
+// Puts a copy of the file at source there in the same way, however long it is, for its owner only,
+// without waiting for the disk. On failure the old file is whole. A folder is never replaced. Any
+// thread.
+std::error_code replaceByCopy(const std::filesystem::path& path,
+                              const std::filesystem::path& source);
+
 } // namespace platform

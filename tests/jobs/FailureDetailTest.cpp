@@ -145,3 +145,16 @@ TEST_F(FailureDetail, route_cuts_at_500_without_splitting_a_character) {
               QString(499, u'x') + u"👨‍👩‍👧‍👦"_s);
     EXPECT_EQ(route(begin + "e\xcc\x81" + QByteArray(99, 'y')), QString(499, u'x') + u"e\u0301"_s);
 }
+
+TEST_F(FailureDetail, place_shows_no_address_where_the_cut_halves_a_character) {
+    QByteArray towers;
+    for (int i = 0; i < 400; ++i)
+        towers += "\xF0\x9F\x97\xBC";
+    for (int tail = 40; tail < 44; ++tail) {
+        const QString detail =
+            place("FEHLER: " + towers + " https://x.example/k?y " + QByteArray(tail, 'z'));
+        EXPECT_TRUE(detail.isValidUtf16()) << tail;
+        EXPECT_FALSE(detail.contains(u"example"_s)) << tail;
+        EXPECT_TRUE(detail.endsWith(u" [Datendienst] "_s + QString(tail, u'z'))) << tail;
+    }
+}

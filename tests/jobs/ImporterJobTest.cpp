@@ -122,6 +122,20 @@ TEST_F(ImporterJobTest, a_link_at_the_kept_log_is_replaced_and_never_written_thr
     EXPECT_EQ(contents(keptLog_), "log\n");
 }
 
+TEST_F(ImporterJobTest, a_folder_at_the_kept_log_stays_and_no_log_is_kept) {
+    QDir().mkpath(keptLog_ + u"/mine"_s);
+    EXPECT_EQ(run("echo log; exit 1").outcome, JobOutcome::Failed);
+    EXPECT_TRUE(QFileInfo(keptLog_ + u"/mine"_s).isDir());
+    EXPECT_EQ(QDir(support_).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+              QStringList{u"letzter-import.log"_s});
+}
+
+TEST_F(ImporterJobTest, the_kept_log_is_whole_however_long_and_its_owners_alone) {
+    run("dd if=/dev/zero bs=100000 count=3 2>/dev/null; exit 1");
+    EXPECT_EQ(contents(keptLog_).size(), 300000);
+    EXPECT_EQ(modeOf(keptLog_), 0600U);
+}
+
 TEST_F(ImporterJobTest, a_stopped_job_is_cancelled_whatever_the_tool_says) {
     start("trap 'exit 0' TERM\n" + makePackage + "\necho ready\nwhile :; do sleep 0.01; done");
     QElapsedTimer patience;

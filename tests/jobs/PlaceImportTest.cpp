@@ -160,8 +160,16 @@ TEST_F(PlaceImport, refuses_without_an_executable_tool) {
 TEST_F(PlaceImport, refuses_without_a_home) {
     qunsetenv("HOME");
     EXPECT_EQ(refusal(request_), Refusal::PackageFolder);
-    qputenv("HOME", "");
-    EXPECT_EQ(refusal(request_), Refusal::PackageFolder);
+    // A relative one would be another folder to the tool, which runs elsewhere.
+    for (const char* unusable : {"", "home", "./home", "../home"}) {
+        qputenv("HOME", unusable);
+        EXPECT_EQ(refusal(request_), Refusal::PackageFolder) << unusable;
+    }
+}
+
+TEST_F(PlaceImport, says_a_path_without_doubled_slashes) {
+    qputenv("HOME", QFile::encodeName(root_.filePath(u"home//"_s)));
+    EXPECT_EQ(plan(request_).supportFolder, support_);
 }
 
 TEST_F(PlaceImport, refuses_when_the_package_folder_cannot_be_made) {

@@ -143,6 +143,23 @@ TEST(AtomicFileTest, a_full_disk_leaves_the_old_file_whole) {
     EXPECT_EQ(folder.entries(), 1U);
 }
 
+TEST(AtomicFileTest, a_copy_replaces_the_old_file_or_leaves_it_whole) {
+    const TemporaryFolder folder;
+    write(folder / "source", std::string(200'000, 'x'));
+    write(folder / "file", "old");
+    EXPECT_EQ(platform::replaceByCopy(folder / "file", folder / "none"),
+              std::errc::no_such_file_or_directory);
+    EXPECT_EQ(platform::replaceByCopy(folder / "file", folder.path()), std::errc::is_a_directory);
+    {
+        const FullDisk disk(100'000);
+        EXPECT_EQ(platform::replaceByCopy(folder / "file", folder / "source"), std::errc::file_too_large);
+    }
+    EXPECT_EQ(contentOf(folder / "file"), "old");
+    EXPECT_FALSE(platform::replaceByCopy(folder / "file", folder / "source"));
+    EXPECT_EQ(contentOf(folder / "file"), std::string(200'000, 'x'));
+    EXPECT_EQ(folder.entries(), 2U);
+}
+
 TEST(AtomicFileTest, a_reader_never_sees_a_part_or_nothing) {
     const TemporaryFolder folder;
     const QByteArray one(100'000, '1');
