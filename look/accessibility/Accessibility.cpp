@@ -110,9 +110,6 @@ private:
     }
 };
 
-// A reader asks for a message's text in its own time; by then the next one may be there.
-[[maybe_unused]] constexpr size_t rememberedMessages = 8;
-
 // A message without a widget: nobody comes upon it who explores the window.
 class Message : public QObject {
 public:
@@ -199,7 +196,9 @@ void Announcer::sayNow() {
         new Message(QAccessible::Notification, above ? static_cast<QObject*>(above) : window_);
     message->text = text_;
     messages_.emplace_back(above ? above : message);
-    if (messages_.size() > rememberedMessages)
+    // A reader asks for a message's text in its own time; by then the next one may be there.
+    constexpr size_t remembered = 8;
+    if (messages_.size() > remembered)
         messages_.pop_front();
     QAccessibleEvent event(message, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&event);

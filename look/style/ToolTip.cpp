@@ -8,15 +8,12 @@
 #include "look/text/LiteralText.h"
 
 #include <QApplication>
-#include <QBasicTimer>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QPointer>
 #include <QScreen>
-#include <QTimerEvent>
+#include <QTimer>
 #include <QWidget>
-
-#include <memory>
 
 namespace look {
 
@@ -32,7 +29,6 @@ class ToolTip : public QWidget {
 public:
     ToolTip(const QString& text, QWidget* owner, const QSize& room)
         : QWidget(owner, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput),
-          owner_(owner),
           block_(text, look::font(textPixels), qMin(textWidth, room.width()),
                  qBound(1, room.height() / lineHeight(textPixels), sizes::mostLines),
                  owner->layoutDirection(),
@@ -46,7 +42,7 @@ public:
             setMask(roundedRegion(rect(), sizes::toolTipRadius));
         qApp->installEventFilter(this);
         const auto letters = qMin<qsizetype>(text.size(), 1000);
-        timer_.start(10000 + 40 * int(letters), this);
+        QTimer::singleShot(10000 + 40 * int(letters), this, &QWidget::close);
     }
 
 protected:
@@ -59,15 +55,10 @@ protected:
                     colours::label);
     }
 
-    void timerEvent(QTimerEvent* event) override {
-        if (event->timerId() == timer_.timerId())
-            close();
-    }
-
     bool eventFilter(QObject* watched, QEvent* event) override {
         switch (event->type()) {
         case QEvent::Leave:
-            if (watched == owner_)
+            if (watched == parent())
                 close();
             break;
         case QEvent::WindowDeactivate:
@@ -88,9 +79,7 @@ protected:
     }
 
 private:
-    QPointer<QWidget> owner_;
     TextBlock block_;
-    QBasicTimer timer_;
 };
 
 QPointer<ToolTip>& current() {

@@ -41,18 +41,7 @@ QFont titleFont() {
 }
 
 int lineHeight(int pixels) {
-    switch (pixels) {
-    case 11:
-        return 14;
-    case 12:
-        return 15;
-    case 13:
-        return 16;
-    case 26:
-        return 31;
-    default:
-        return qRound(pixels * 1.21);
-    }
+    return pixels == 11 ? 14 : qRound(pixels * 1.21);
 }
 
 void preferLettersOf(std::string_view language) {

@@ -11,7 +11,7 @@ class QRect;
 
 // Texts as they were given. What a geocoder or a log says may hold "<b>", "&" or a hundred
 // kilobytes: nothing here reads markup or mnemonics, and nothing shapes more characters than can be
-// seen. Main thread, but for literal() and ownDirection(), which any thread may call.
+// seen. Main thread, but for literal(), which any thread may call.
 namespace look {
 
 // "&" doubled: what menus, buttons and labels with a buddy show as a single one.
