@@ -1,8 +1,7 @@
 // Every text can be read: the contrast of what is really on the screen, in every state of the
 // window and of each control, by the measure of the Web Content Accessibility Guidelines 2.
 
-#include "Geocoder.h"
-#include "RouteWindowTest.h"
+#include "SearchWindowTest.h"
 #include "look/style/ToolTip.h"
 
 #include <QAbstractItemView>
@@ -18,8 +17,6 @@ using namespace app;
 const ProgramLanguage programLanguage{"de", "de"};
 
 namespace {
-
-Geocoder& geocoder = Geocoder::shared();
 
 constexpr double enabledText = 4.5;
 constexpr double disabledText = 3; // and what is no text
@@ -88,11 +85,7 @@ Reading read(const QImage& picture, const QRect& area) {
     return found;
 }
 
-std::string hex(QRgb colour) {
-    return QColor(colour).name().toStdString();
-}
-
-class ContrastTest : public RouteWindowTest {
+class ContrastTest : public SearchWindowTest {
 protected:
     void expectReadable(const QImage& picture, const QRect& area, const std::string& what,
                         double least) {
@@ -168,15 +161,6 @@ protected:
         const QPoint origin = widget->mapTo(widget->window(), part.topLeft());
         const char* name = widget->isEnabled() ? "" : " (disabled)";
         expectReadable(picture, QRect(origin, part.size()), text.toStdString() + name, least);
-    }
-
-    template<typename Control>
-    static QList<Control*> shown(QWidget* of) {
-        QList<Control*> controls;
-        for (Control* each : of->findChildren<Control*>())
-            if (each->isVisible() && each->window() == of)
-                controls += each;
-        return controls;
     }
 
     // Real hover: the pointer stands on the control.
@@ -271,15 +255,6 @@ protected:
         menu->close();
     }
 
-    void findPlaces(Mode mode) {
-        search(u"Berlin"_s);
-        ASSERT_EVENTUALLY(!isBusy());
-        clickRow(0);
-        for (int row = 0; mode == Mode::Route && row < 3; ++row)
-            addResult(row);
-        ASSERT_TRUE(button("downloadButton")->isEnabled());
-    }
-
     void activate(QWidget* other) {
         other->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(other));
@@ -351,8 +326,7 @@ TEST_P(ContrastInModeTest, every_state_of_the_window) {
     ASSERT_EVENTUALLY(alert() != nullptr);
     expectReadable(alert(), "alert");
     expectReadable(window(), "under the alert");
-    click(alert()->prominentButton());
-    settle();
+    closeAlert();
     ASSERT_TRUE(statusIsRed());
     expectReadable(window(), "failed");
     EXPECT_GT(measured_, 200);

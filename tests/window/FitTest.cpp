@@ -2,8 +2,7 @@
 // sizes, idle and busy, after a success and a failure, with every dialog. What was measured is left
 // as pictures in the folder that FIT_PICTURES names.
 
-#include "Geocoder.h"
-#include "RouteWindowTest.h"
+#include "SearchWindowTest.h"
 #include "localization/NXLocal.h"
 #include "look/text/Fonts.h"
 #include "look/text/LiteralText.h"
@@ -30,8 +29,6 @@ const QByteArray language = qgetenv("FIT_LANGUAGE");
 const ProgramLanguage programLanguage{language.isEmpty() ? "de" : language.constData(), ""};
 
 namespace {
-
-Geocoder& geocoder = Geocoder::shared();
 
 constexpr QSize natural(820, 760);
 constexpr QSize least(780, 730);
@@ -102,10 +99,10 @@ struct Window {
     QSize size;
 };
 
-class FitTest : public RouteWindowTest, public testing::WithParamInterface<Window> {
+class FitTest : public SearchWindowTest, public testing::WithParamInterface<Window> {
 protected:
     void SetUp() override {
-        RouteWindowTest::SetUp();
+        SearchWindowTest::SetUp();
         start(GetParam().mode);
         resizeContent();
     }
@@ -117,16 +114,6 @@ protected:
         window()->resize(size + (window()->size() - window()->centralWidget()->size()));
         settle();
         ASSERT_EQ(window()->centralWidget()->size(), size);
-    }
-
-    // Finds places and chooses one; for a route, makes three of them stations.
-    void findPlaces() {
-        search(u"Berlin"_s);
-        ASSERT_EVENTUALLY(!isBusy());
-        clickRow(0);
-        for (int row = 0; isRoute() && row < 3; ++row)
-            addResult(row);
-        ASSERT_TRUE(button("downloadButton")->isEnabled());
     }
 
     // Measures everything that can be seen, and keeps a picture of it.
@@ -144,11 +131,11 @@ protected:
 
 private:
     QList<QWidget*> shownDialogs() const {
-        QList<QWidget*> shown;
+        QList<QWidget*> found;
         for (look::Panel* panel : window()->findChildren<look::Panel*>())
             if (panel->isVisible())
-                shown += panel;
-        return shown;
+                found += panel;
+        return found;
     }
 
     void expectRow(const Row& row) const {
@@ -227,16 +214,6 @@ private:
         return (label != nullptr ? label->text() : widget->objectName()).toStdString();
     }
 
-    // Of this window, and not of the dialogs over it.
-    template<typename Control>
-    static QList<Control*> shown(QWidget* parent) {
-        QList<Control*> controls;
-        for (Control* each : parent->findChildren<Control*>())
-            if (each->isVisible() && each->window() == parent->window())
-                controls += each;
-        return controls;
-    }
-
     void keepPicture(const QString& state, const QList<QWidget*>& dialogs) const {
         const QString folder = qEnvironmentVariable("FIT_PICTURES");
         if (folder.isEmpty())
@@ -262,12 +239,12 @@ TEST_P(FitTest, idle_searching_and_results) {
     click(button("cancelButton"));
     look(u"3-search-cancelled"_s);
     geocoder.reset();
-    findPlaces();
+    findPlaces(GetParam().mode);
     look(u"4-chosen"_s);
 }
 
 TEST_P(FitTest, importing_and_done) {
-    findPlaces();
+    findPlaces(GetParam().mode);
     const TemporaryFolder folder;
     importer->useScript(waitingTool(folder / "gate"));
     click(button("downloadButton"));
@@ -285,13 +262,12 @@ TEST_P(FitTest, importing_and_done) {
 }
 
 TEST_P(FitTest, failed) {
-    findPlaces();
+    findPlaces(GetParam().mode);
     importer->useScript("exit 1");
     click(button("downloadButton"));
     ASSERT_EVENTUALLY(alert() != nullptr);
     look(u"8-alert"_s);
-    click(alert()->prominentButton());
-    settle();
+    closeAlert();
     look(u"9-failed"_s);
 }
 
@@ -301,8 +277,7 @@ TEST_P(FitTest, language_dialog) {
     click(alert()->prominentButton());
     settle();
     look(u"language-saved"_s);
-    click(alert()->prominentButton());
-    settle();
+    closeAlert();
 }
 
 // Sentences that only a rare failure shows fit the status line as well.

@@ -14,10 +14,9 @@ using namespace Qt::StringLiterals;
 
 Geocoder& Geocoder::shared() {
     // Owned by the test framework, like every environment.
-    static auto* const geocoder = new Geocoder;
-    [[maybe_unused]] static const auto* const registered =
-        testing::AddGlobalTestEnvironment(geocoder);
-    return *geocoder;
+    static auto* const one = new Geocoder;
+    [[maybe_unused]] static const auto* const registered = testing::AddGlobalTestEnvironment(one);
+    return *one;
 }
 
 void Geocoder::SetUp() {

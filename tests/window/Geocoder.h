@@ -45,8 +45,8 @@ private:
     qsizetype forgotten_ = 0; // bytes of its record that belong to earlier tests
 };
 
-// A program whose tests search says so once, outside of any function:
-//     const Geocoder& geocoder = Geocoder::shared();
+// A program whose tests include this has it before the first of them.
+inline Geocoder& geocoder = Geocoder::shared();
 
 // A place as the geocoder offers it, and an answer made of places.
 QJsonObject feature(const QString& name, const QJsonObject& properties = {}, double longitude = 13,

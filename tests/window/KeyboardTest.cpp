@@ -1,7 +1,7 @@
 // The window without a mouse: everything can be done with keys, and the keyboard always has a place
 // that shows. Every key goes to the window's own focus, as a person's does.
 
-#include "RouteWindowTest.h"
+#include "SearchWindowTest.h"
 #include "localization/Language.h"
 #include "look/style/FocusRing.h"
 
@@ -9,7 +9,6 @@
 #include <QJsonArray>
 #include <QMenu>
 #include <QMenuBar>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 using namespace app;
@@ -18,9 +17,7 @@ const ProgramLanguage programLanguage{"de", ""};
 
 namespace {
 
-Geocoder& geocoder = Geocoder::shared();
-
-class KeyboardTest : public RouteWindowTest {
+class KeyboardTest : public SearchWindowTest {
 protected:
     // What has the keyboard now, by its name; a segment by its group's, what lies in an alert or a
     // dialog by its title.
@@ -268,11 +265,7 @@ TEST_F(KeyboardTest, the_menu_and_its_shortcut_end_the_program) {
     };
     for (const auto& way : ways) {
         start();
-        QTimer::singleShot(0, window(), way);
-        QTimer giveUp;
-        giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
-        giveUp.start(std::chrono::seconds(30));
-        EXPECT_EQ(QCoreApplication::exec(), 0);
+        EXPECT_EQ(runToTheEnd(way), 0);
         EXPECT_FALSE(window()->isVisible());
         end();
     }

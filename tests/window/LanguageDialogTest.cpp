@@ -14,8 +14,6 @@ const ProgramLanguage programLanguage{"de", ""};
 
 namespace {
 
-Geocoder& geocoder = Geocoder::shared();
-
 const QString question = u"Sprache wählen"_s;
 const QString saved = u"Sprache gespeichert"_s;
 const QString explanation =

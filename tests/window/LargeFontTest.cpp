@@ -1,6 +1,6 @@
 // A desktop with large print: the design's sizes are logical pixels, and none of them moves.
 
-#include "RouteWindowTest.h"
+#include "SearchWindowTest.h"
 #include "look/style/Style.h"
 #include "look/style/ToolTip.h"
 
@@ -14,16 +14,14 @@ const ProgramLanguage programLanguage{"de", "de"};
 
 namespace {
 
-[[maybe_unused]] Geocoder& geocoder = Geocoder::shared(); // ready before the first test
-
 // Everything that shows: where it stands, and the size of its letters.
 using Picture = QMap<QString, std::pair<QRect, int>>;
 
-class LargeFontTest : public RouteWindowTest,
+class LargeFontTest : public SearchWindowTest,
                       public testing::WithParamInterface<NXImportApp::Mode> {
 protected:
     void TearDown() override {
-        RouteWindowTest::TearDown();
+        SearchWindowTest::TearDown();
         useDesktopFont(desktopFont_);
     }
 
@@ -40,11 +38,7 @@ protected:
     Picture windowWith(const QFont& font) {
         useDesktopFont(font);
         start(GetParam());
-        search(u"Berlin"_s);
-        EXPECT_EVENTUALLY(!isBusy());
-        clickRow(0);
-        if (GetParam() == Mode::Route)
-            addResult(0);
+        findPlaces(GetParam());
         settle();
         Picture found;
         int number = 0;

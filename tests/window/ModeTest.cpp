@@ -1,22 +1,13 @@
 // Changing the mode and the data service: what is kept, and what the window says.
 
-#include "Geocoder.h"
-#include "WindowTest.h"
+#include "SearchWindowTest.h"
 
 using namespace Qt::StringLiterals;
 using namespace app;
 
 namespace {
 
-Geocoder& geocoder = Geocoder::shared();
-
-class ModeTest : public WindowTest {
-protected:
-    void SetUp() override {
-        WindowTest::SetUp();
-        geocoder.reset();
-    }
-};
+using ModeTest = SearchWindowTest;
 
 TEST_F(ModeTest, a_change_of_mode_keeps_everything_that_was_chosen) {
     importer->useStandIn();

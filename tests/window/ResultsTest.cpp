@@ -1,7 +1,6 @@
 // The list of results: what is chosen, and what the window says of it.
 
-#include "Geocoder.h"
-#include "WindowTest.h"
+#include "SearchWindowTest.h"
 #include "look/controls/PlaceListModel.h"
 
 using namespace Qt::StringLiterals;
@@ -11,15 +10,8 @@ const ProgramLanguage programLanguage{"de", ""};
 
 namespace {
 
-Geocoder& geocoder = Geocoder::shared();
-
-class ResultsTest : public WindowTest {
+class ResultsTest : public SearchWindowTest {
 protected:
-    void SetUp() override {
-        WindowTest::SetUp();
-        geocoder.reset();
-    }
-
     look::PlaceListModel* model() const {
         return qobject_cast<look::PlaceListModel*>(list("table")->model());
     }

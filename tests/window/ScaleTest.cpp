@@ -2,8 +2,7 @@
 // cut off, and nothing stands elsewhere than at scale 1. What was measured is left as pictures in
 // the folder that FIT_PICTURES names. Pictures are what really reached the screen.
 
-#include "Geocoder.h"
-#include "RouteWindowTest.h"
+#include "SearchWindowTest.h"
 #include "localization/NXLocal.h"
 #include "look/controls/Glyphs.h"
 #include "look/style/Colours.h"
@@ -25,8 +24,6 @@ const ProgramLanguage programLanguage{"de", "de"};
 
 namespace {
 
-Geocoder& geocoder = Geocoder::shared();
-
 double scale() {
     static const double wanted = qEnvironmentVariable("FIT_SCALE", u"1"_s).toDouble();
     return wanted;
@@ -46,10 +43,6 @@ int lineWidth() {
 bool isClose(QRgb one, QRgb other) {
     return qAbs(qRed(one) - qRed(other)) <= 2 && qAbs(qGreen(one) - qGreen(other)) <= 2 &&
            qAbs(qBlue(one) - qBlue(other)) <= 2;
-}
-
-std::string hex(QRgb colour) {
-    return QColor(colour).name().toStdString();
 }
 
 // What a window has sent to the screen, in device pixels.
@@ -100,25 +93,35 @@ struct Edge {
     QRgb inside;
 };
 
-class ScaleTest : public RouteWindowTest {
+// A way over each side of an area, in its middle: from outside inwards, in device pixels.
+struct Crossing {
+    std::string side;
+    QPoint from;
+    QPoint to;
+};
+
+std::array<Crossing, 4> crossings(const QRect& area, int inwards) {
+    const int left = device(area.left());
+    const int top = device(area.top());
+    const int right = device(area.left() + area.width()) - 1;
+    const int bottom = device(area.top() + area.height()) - 1;
+    const int x = (left + right) / 2;
+    const int y = (top + bottom) / 2;
+    const int out = device(2);
+    return {{{"left", {left - out, y}, {left + inwards, y}},
+             {"right", {right + out, y}, {right - inwards, y}},
+             {"top", {x, top - out}, {x, top + inwards}},
+             {"bottom", {x, bottom + out}, {x, bottom - inwards}}}};
+}
+
+class ScaleTest : public SearchWindowTest {
 protected:
     // The four sides of a bordered rectangle, each measured in its middle.
     static void expectBorder(const QImage& picture, const QRect& area, const Edge& edge,
                              const std::string& what) {
-        const int left = device(area.left());
-        const int top = device(area.top());
-        const int right = device(area.left() + area.width()) - 1;
-        const int bottom = device(area.top() + area.height()) - 1;
-        const QPoint middle((left + right) / 2, (top + bottom) / 2);
-        const int out = device(2);
-        const int in = device(2) - 1; // a row's highlight starts at 3
-        expectEdge(picture, {left - out, middle.y()}, {left + in, middle.y()}, edge,
-                   what + " left");
-        expectEdge(picture, {right + out, middle.y()}, {right - in, middle.y()}, edge,
-                   what + " right");
-        expectEdge(picture, {middle.x(), top - out}, {middle.x(), top + in}, edge, what + " top");
-        expectEdge(picture, {middle.x(), bottom + out}, {middle.x(), bottom - in}, edge,
-                   what + " bottom");
+        // Inwards not far: a row's highlight starts at 3.
+        for (const Crossing& each : crossings(area, device(2) - 1))
+            expectEdge(picture, each.from, each.to, edge, what + ' ' + each.side);
     }
 
     // From outside inwards: the ground, a line of the right width, the fill, and nothing between.
@@ -134,37 +137,20 @@ protected:
 
     // A button's face: filled to its edge, lit at the top only.
     static void expectFace(const QImage& picture, const QRect& area, const std::string& what) {
-        const int left = device(area.left());
-        const int top = device(area.top());
-        const int right = device(area.left() + area.width()) - 1;
-        const int bottom = device(area.top() + area.height()) - 1;
-        const QPoint middle((left + right) / 2, (top + bottom) / 2);
-        const int out = device(2);
-        const int in = device(4);
-        const auto expect = [&](QPoint from, QPoint to, size_t parts, const char* side) {
-            const std::vector<Stretch> found = stretches(picture, from, to);
-            EXPECT_EQ(found.size(), parts) << what << ' ' << side << ": " << describe(found);
-            EXPECT_EQ(found.front().length, out) << what << ' ' << side << ": " << describe(found);
-            EXPECT_EQ(found[1].length, parts == 3 ? lineWidth() : found[1].length)
+        for (const Crossing& each : crossings(area, device(4))) {
+            const bool isTop = each.side == "top";
+            const std::vector<Stretch> found = stretches(picture, each.from, each.to);
+            ASSERT_EQ(found.size(), isTop ? 3U : 2U)
+                << what << ' ' << each.side << ": " << describe(found);
+            EXPECT_EQ(found.front().length, device(2))
+                << what << ' ' << each.side << ": " << describe(found);
+            EXPECT_TRUE(!isTop || found[1].length == lineWidth())
                 << what << ": " << describe(found);
-        };
-        expect({left - out, middle.y()}, {left + in, middle.y()}, 2, "left");
-        expect({right + out, middle.y()}, {right - in, middle.y()}, 2, "right");
-        expect({middle.x(), top - out}, {middle.x(), top + in}, 3, "top");
-        expect({middle.x(), bottom + out}, {middle.x(), bottom - in}, 2, "bottom");
+        }
     }
 
     QRect inWindow(const QWidget* widget) const {
         return {widget->mapTo(widget->window(), QPoint()), widget->size()};
-    }
-
-    template<typename Control>
-    QList<Control*> shown(QWidget* of) const {
-        QList<Control*> controls;
-        for (Control* each : of->findChildren<Control*>())
-            if (each->isVisible() && each->window() == of)
-                controls += each;
-        return controls;
     }
 
     // All borders and faces of the window, of which no control has a ring.
@@ -300,16 +286,6 @@ protected:
         const QString file = u"%1-%2.png"_s.arg(QString::number(scale()), name);
         ASSERT_TRUE(picture.save(QDir(folder).filePath(file)));
     }
-
-    void findPlaces(Mode mode) {
-        geocoder.reset();
-        search(u"Berlin"_s);
-        ASSERT_EVENTUALLY(!isBusy());
-        clickRow(0);
-        for (int row = 0; mode == Mode::Route && row < 3; ++row)
-            addResult(row);
-        QTest::mouseMove(window()->centralWidget(), QPoint(3, 700));
-    }
 };
 
 class ScaleInModeTest : public ScaleTest, public testing::WithParamInterface<NXImportApp::Mode> {
@@ -325,6 +301,7 @@ TEST_P(ScaleInModeTest, edges_lie_on_whole_device_pixels) {
     expectSharp("idle");
     keep(onScreen(window()), mode() + u"-idle"_s);
     findPlaces(GetParam());
+    QTest::mouseMove(window()->centralWidget(), QPoint(3, 700)); // on nothing
     expectSharp("places");
     keep(onScreen(window()), mode() + u"-places"_s);
     importer->useScript("while :; do sleep 0.02; done");

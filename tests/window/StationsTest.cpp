@@ -1,6 +1,6 @@
 // The stations of a route: how they are collected, ordered and removed, and what the window says.
 
-#include "RouteWindowTest.h"
+#include "SearchWindowTest.h"
 
 #include <QScrollBar>
 
@@ -11,8 +11,6 @@ const ProgramLanguage programLanguage{"de", ""};
 
 namespace {
 
-Geocoder& geocoder = Geocoder::shared();
-
 // The buttons that edit the station list.
 struct Editable {
     bool remove, up, down;
@@ -22,19 +20,12 @@ void PrintTo(const Editable& can, std::ostream* out) {
     *out << "remove " << can.remove << ", up " << can.up << ", down " << can.down;
 }
 
-class StationsTest : public RouteWindowTest {
+class StationsTest : public SearchWindowTest {
 protected:
     Editable editable() const {
         return {control("removeStationButton")->isEnabled(),
                 control("moveStationUpButton")->isEnabled(),
                 control("moveStationDownButton")->isEnabled()};
-    }
-
-    void doubleClickRow(int row) {
-        look::PlaceList* table = list("table");
-        const QPoint middle = table->visualRect(table->model()->index(row, 0)).center();
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, middle);
-        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, middle);
     }
 
     // Every way to ask for an edit, also those that a disabled button does not offer.

@@ -1,25 +1,20 @@
 // The main of every window test: surroundings of its own, then the application, then the tests.
 
-#include "Application.h"
 #include "Messages.h"
+#include "ProgramLanguage.h"
 #include "TemporaryFolder.h"
 #include "app/Composition.h"
 #include "localization/Language.h"
 
+#include <QApplication>
+
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <mutex>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-std::chrono::nanoseconds workOfThisThread() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-}
 
 std::mutex messagesMutex; // any thread may warn
 QStringList messages;
@@ -52,15 +47,6 @@ void settleSurroundings(const TemporaryFolder& home) {
 
 } // namespace
 
-bool Application::notify(QObject* receiver, QEvent* event) {
-    ++depth_;
-    const auto begin = workOfThisThread();
-    const bool result = QApplication::notify(receiver, event);
-    if (--depth_ == 0)
-        longest_ = std::max(longest_, workOfThisThread() - begin);
-    return result;
-}
-
 QStringList takeMessages() {
     const std::lock_guard lock(messagesMutex);
     return std::exchange(messages, {});
@@ -71,7 +57,7 @@ int main(int count, char** values) {
     const TemporaryFolder home;
     settleSurroundings(home);
     qInstallMessageHandler(keepMessage);
-    Application application(count, values);
+    QApplication application(count, values);
     app::compose(application);
     return RUN_ALL_TESTS();
 }

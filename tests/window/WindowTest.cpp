@@ -5,6 +5,7 @@
 
 #include <QClipboard>
 #include <QHelpEvent>
+#include <QTimer>
 using namespace app;
 
 void settle() {
@@ -80,19 +81,17 @@ void WindowTest::paste(QWidget* field, const QString& text) {
     QTest::keySequence(field, QKeySequence::Paste);
 }
 
-void WindowTest::clickRow(int row, Qt::KeyboardModifiers modifiers) {
-    look::PlaceList* table = list("table");
-    const QRect area = table->visualRect(table->model()->index(row, 0));
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers, area.center());
+void WindowTest::clickRow(look::PlaceList* list, int row, Qt::KeyboardModifiers modifiers) {
+    const QRect area = list->visualRect(list->model()->index(row, 0));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, modifiers, area.center());
 }
 
-void WindowTest::choose(const char* name, int index) {
-    look::PopUp* control = popUp(name);
-    control->setFocus();
-    key(control, Qt::Key_Home);
+void WindowTest::choose(look::PopUp* popUp, int index) {
+    popUp->setFocus();
+    key(popUp, Qt::Key_Home);
     for (int i = 0; i < index; ++i)
-        key(control, Qt::Key_Down);
-    ASSERT_EQ(control->currentIndex(), index);
+        key(popUp, Qt::Key_Down);
+    ASSERT_EQ(popUp->currentIndex(), index);
 }
 
 void WindowTest::search(const QString& text) {
@@ -138,6 +137,22 @@ look::Panel* WindowTest::alert() const {
     const auto panels = window()->findChildren<look::Panel*>();
     EXPECT_LE(panels.size(), 1) << "there is more than one alert";
     return panels.isEmpty() ? nullptr : panels.first();
+}
+
+void WindowTest::closeAlert() {
+    ASSERT_NE(alert(), nullptr);
+    click(alert()->prominentButton());
+    settle();
+    EXPECT_EQ(alert(), nullptr);
+}
+
+int WindowTest::runToTheEnd(const std::function<void()>& act) {
+    constexpr int gaveUp = 99;
+    QTimer::singleShot(0, window(), act);
+    QTimer giveUp;
+    giveUp.callOnTimeout([] { QCoreApplication::exit(gaveUp); });
+    giveUp.start(std::chrono::seconds(60));
+    return QCoreApplication::exec();
 }
 
 QDir WindowTest::temporaryFolder() const {

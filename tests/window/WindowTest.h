@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Application.h"
 #include "ChildTest.h"
 #include "ImporterTool.h"
+#include "ProgramLanguage.h"
 #include "TemporaryFolder.h"
 #include "app/NXImportApp.h"
 #include "look/controls/Button.h"
@@ -15,10 +15,12 @@
 #include "look/text/Label.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QCheckBox>
 #include <QRadioButton>
 #include <QTest>
 
+#include <functional>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -74,9 +76,13 @@ protected:
     void click(QWidget* widget);
     void key(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void paste(QWidget* field, const QString& text);
-    void clickRow(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void clickRow(look::PlaceList* list, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void clickRow(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        clickRow(list("table"), row, modifiers);
+    }
     void chooseMode(int segment) { click(segments("mode").at(segment)); }
-    void choose(const char* popUp, int index);
+    void choose(look::PopUp* popUp, int index);
+    void choose(const char* name, int index) { choose(popUp(name), index); }
     // Replaces the text of the search field and presses Return.
     void search(const QString& text);
     // The same, and waits until the results are there.
@@ -90,6 +96,11 @@ protected:
     // Something in the status line is red.
     bool statusIsRed() const;
     look::Panel* alert() const;
+    // Answers the alert with its prominent button; it goes.
+    void closeAlert();
+    // Runs the program until it ends; `act` is called as soon as it runs. Returns its exit status,
+    // or another one if it does not end.
+    int runToTheEnd(const std::function<void()>& act);
     QDir temporaryFolder() const;
     QDir supportFolder() const;
 
@@ -108,6 +119,21 @@ bool eventually(Predicate holds, std::chrono::milliseconds patience = std::chron
 
 // Lets everything happen that is due now.
 void settle();
+
+// The controls of a kind that show in a window or in a part of it, but not in the dialogs over it.
+template<typename Control>
+QList<Control*> shown(const QWidget* parent) {
+    QList<Control*> controls;
+    for (Control* each : parent->findChildren<Control*>())
+        if (each->isVisible() && each->window() == parent->window())
+            controls += each;
+    return controls;
+}
+
+// A colour as "#rrggbb".
+inline std::string hex(QRgb colour) {
+    return QColor(colour).name().toStdString();
+}
 
 #define EXPECT_EVENTUALLY(condition)                                                               \
     EXPECT_TRUE(eventually([&] { return (condition); })) << #condition

@@ -1,33 +1,33 @@
-#include "RouteWindowTest.h"
+#include "SearchWindowTest.h"
 
 using namespace Qt::StringLiterals;
 using namespace app;
 
-void RouteWindowTest::SetUp() {
+void SearchWindowTest::SetUp() {
     WindowTest::SetUp();
-    Geocoder::shared().reset();
+    geocoder.reset();
 }
 
-void RouteWindowTest::offer(const QList<QJsonObject>& places) {
-    Geocoder::shared().behave(withBody(answer(places)));
+void SearchWindowTest::offer(const QList<QJsonObject>& places) {
+    geocoder.behave(withBody(answer(places)));
     searchResults(u"irgendwo"_s);
 }
 
-void RouteWindowTest::offer(const QStringList& names) {
+void SearchWindowTest::offer(const QStringList& names) {
     QList<QJsonObject> places;
     for (const QString& name : names)
         places += feature(name);
     offer(places);
 }
 
-void RouteWindowTest::startWithResults(const QStringList& names) {
+void SearchWindowTest::startWithResults(const QStringList& names) {
     start(Mode::Route);
     offer(names);
     clickRow(0);
     ASSERT_EQ(status(), says::resultChosen);
 }
 
-void RouteWindowTest::startWithStations(const QStringList& names) {
+void SearchWindowTest::startWithStations(const QStringList& names) {
     start(Mode::Route);
     for (const QString& name : names) {
         offer({name});
@@ -36,23 +36,36 @@ void RouteWindowTest::startWithStations(const QStringList& names) {
     ASSERT_EQ(stations(), numbered(names));
 }
 
-void RouteWindowTest::addResult(int row) {
+void SearchWindowTest::addResult(int row) {
     clickRow(row);
     click(button("addStationButton"));
 }
 
-void RouteWindowTest::clickStation(int row) {
-    look::PlaceList* table = list("stationTable");
-    const QRect area = table->visualRect(table->model()->index(row, 0));
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, area.center());
+void SearchWindowTest::findPlaces(Mode mode) {
+    searchResults(u"Berlin"_s);
+    clickRow(0);
+    for (int row = 0; mode == Mode::Route && row < 3; ++row)
+        addResult(row);
+    ASSERT_TRUE(button("downloadButton")->isEnabled());
 }
 
-void RouteWindowTest::stationKey(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+void SearchWindowTest::doubleClickRow(int row) {
+    clickRow(row);
+    look::PlaceList* table = list("table");
+    QTest::mouseDClick(table->viewport(), Qt::LeftButton, {},
+                       table->visualRect(table->model()->index(row, 0)).center());
+}
+
+void SearchWindowTest::clickStation(int row) {
+    clickRow(list("stationTable"), row);
+}
+
+void SearchWindowTest::stationKey(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     list("stationTable")->setFocus();
     this->key(list("stationTable"), key, modifiers);
 }
 
-QStringList RouteWindowTest::stations() const {
+QStringList SearchWindowTest::stations() const {
     QStringList texts;
     const QAbstractItemModel* model = list("stationTable")->model();
     for (int row = 0; row < model->rowCount(); ++row)
@@ -60,12 +73,12 @@ QStringList RouteWindowTest::stations() const {
     return texts;
 }
 
-bool RouteWindowTest::stationIsInView(int row) const {
+bool SearchWindowTest::stationIsInView(int row) const {
     const look::PlaceList* table = list("stationTable");
     return table->viewport()->rect().contains(table->visualRect(table->model()->index(row, 0)));
 }
 
-QStringList RouteWindowTest::numbered(const QStringList& names) {
+QStringList SearchWindowTest::numbered(const QStringList& names) {
     QStringList texts;
     for (const QString& name : names)
         texts += QString::number(texts.size() + 1) + u" · "_s + name;

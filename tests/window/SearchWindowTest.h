@@ -6,8 +6,9 @@
 using namespace Qt::StringLiterals;
 using namespace app;
 
-// Base of the tests of routes: finds places of any name and makes them stations, by real events.
-class RouteWindowTest : public WindowTest {
+// Base of the tests that search: finds places of any name and makes them stations, by real events.
+// The geocoder knows nothing of an earlier test.
+class SearchWindowTest : public WindowTest {
 protected:
     void SetUp() override;
 
@@ -20,6 +21,15 @@ protected:
     void startWithStations(const QStringList& names);
     // Chooses a result and presses the button.
     void addResult(int row);
+    // Finds places of the sandbox and chooses the first; in route mode, makes three of them
+    // stations.
+    void findPlaces(Mode mode);
+    void doubleClickRow(int row);
+    // Waits until curl was ended; after 20 seconds it would give up by itself.
+    static bool curlIsStopped() {
+        return eventually([] { return geocoder.records("abandoned").size() == 1; },
+                          std::chrono::seconds(19));
+    }
 
     void clickStation(int row);
     // A key pressed in the station list.
