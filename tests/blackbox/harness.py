@@ -22,6 +22,8 @@ import urllib.parse
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "sandbox"))
+# A wait ends with its condition: how long it may take says nothing of the program.
+os.environ.setdefault("NORVAXEL_PATIENCE", "60")
 import desktop  # noqa: E402
 import processes  # noqa: E402
 import window as w  # noqa: E402
@@ -97,17 +99,17 @@ class BlackBox(unittest.TestCase):
         if self.program.poll() is None:
             self.program.terminate()
         try:
-            self.program.wait(10)
+            self.program.wait(w.SECONDS)
         except subprocess.TimeoutExpired:
             self.fail("the program does not end when it is asked to")
         if not self._has_failed():
             self.assert_ended_well()
 
-    def assert_ended_well(self, seconds=10):
+    def assert_ended_well(self):
         """The program ends of itself now, has printed nothing, and leaves nothing running."""
-        self.assertEqual(self.program.wait(seconds), self.expected_exit, "how the program ended")
+        self.assertEqual(self.program.wait(w.SECONDS), self.expected_exit, "how the program ended")
         self.assertEqual(self.printed(), "", "the program prints nothing")
-        w.until(lambda: not self.strangers(), "nothing of the program is left running", 5,
+        w.until(lambda: not self.strangers(), "nothing of the program is left running", w.SECONDS,
                 lambda: "\n".join(map(processes.command_line, self.strangers())))
 
     def _end(self):
@@ -216,12 +218,12 @@ class BlackBox(unittest.TestCase):
     def rows(self):
         return self.window.rows(w.RESULTS)
 
-    def import_first(self, text="Berlin", answer=FINISHED, seconds=30):
+    def import_first(self, text="Berlin", answer=FINISHED):
         """Searches text, imports its first result and waits for what the window says at the end."""
         self.search(text)
         self.window.select(w.RESULTS, 0)
         self.window.press(w.DOWNLOAD)
-        self.window.says(answer, seconds)
+        self.window.says(answer)
 
     def assert_alert(self, title, message):
         """An alert shows exactly this; it is answered and goes."""
@@ -239,11 +241,11 @@ class BlackBox(unittest.TestCase):
     def assert_says_in_red(self, text):
         """The status line shows text as an error."""
         label = self.window.says(text)
-        w.until(lambda: self._has_red(label), f"“{text}” is red", 3)
+        w.until(lambda: self._has_red(label), f"“{text}” is red")
 
     def assert_says_in_grey(self, text):
         label = self.window.says(text)
-        w.until(lambda: not self._has_red(label), f"“{text}” is not red", 3)
+        w.until(lambda: not self._has_red(label), f"“{text}” is not red")
 
     def _has_red(self, label):
         x, y, width, height = self.window.area(label)
@@ -283,9 +285,9 @@ class BlackBox(unittest.TestCase):
         w.until(lambda: len(self.importer_events(event)) > number, f"the importer has {event}")
         return self.importer_events(event)[number]
 
-    def assert_group_gone(self, leader, seconds=5):
+    def assert_group_gone(self, leader):
         """Nothing is left of an importer and of what it started."""
-        w.until(lambda: not processes.group(leader), f"the group of {leader} is gone", seconds,
+        w.until(lambda: not processes.group(leader), f"the group of {leader} is gone", w.SECONDS,
                 lambda: "\n".join(map(processes.command_line, processes.group(leader))))
 
     def assert_nothing_temporary(self):

@@ -6,12 +6,9 @@ BERLIN, MUNICH, LEIPZIG = walk.STATIONS
 FINISHED = walk.FINISHED_ROUTE
 CANCELLED = "Routenberechnung abgebrochen. Deine Stationen bleiben erhalten."
 REMOVED = "Station entfernt. Mindestens zwei Stationen bilden eine Route."
-STOPPING = "Routenberechnung wird beendet …"
 PROGRESS = "{} und Gelände werden für Norvaxel 3D geladen. Lange Strecken brauchen einige Minuten …"
 COMPUTING = PROGRESS.format("Route, Gebäude")
 FAILURE_TITLE = "Route konnte nicht berechnet werden"
-NO_DETAIL = ("Das Norvaxel-3D-Paket konnte nicht vollständig geladen werden. Prüfe Internet und Stationen; für "
-             "sehr lange Strecken kürzere Abschnitte berechnen.")
 
 
 def failed(detail):
@@ -46,9 +43,9 @@ class RouteCase(BlackBox):
     def selected_station(self):
         return self.window.selected_row(w.STATIONS)
 
-    def compute(self, answer=FINISHED, seconds=30):
+    def compute(self, answer=FINISHED):
         self.window.press(w.CALCULATE)
-        self.window.says(answer, seconds)
+        self.window.says(answer)
 
     def start_computing(self, number=0, text=COMPUTING):
         """Presses “Route berechnen” and returns the process of the importer that this case starts as

@@ -47,7 +47,7 @@ class Language(BlackBox):
         self.window.control(APPLY)
         w.until(lambda: self.window.dialog() == ["Sprache wählen",
                                                  "Die Sprache wird nur auf diesem Gerät gespeichert."],
-                "the dialog asks in German", 5, self.window.describe)
+                "the dialog asks in German", w.SECONDS, self.window.describe)
 
     def choose(self, name):
         self.open()
@@ -61,7 +61,7 @@ class Language(BlackBox):
 
     def assert_confirmed(self, code):
         expected = [translated(SAVED, code), translated(EXPLANATION, code)]
-        w.until(lambda: self.window.find(w.OK), "the choice is confirmed", 5, self.window.describe)
+        w.until(lambda: self.window.find(w.OK), "the choice is confirmed", w.SECONDS, self.window.describe)
         self.assertEqual(self.window.dialog(), expected)
         self.window.press(w.OK)
         self.assert_closed()
@@ -194,7 +194,7 @@ class Language(BlackBox):
         self.importer_event()
         self.assertFalse(self.window.enabled(w.LANGUAGE))
         self.window.press(w.CANCEL)
-        w.until(lambda: self.window.enabled(w.LANGUAGE), "it can be chosen again", 5, self.window.describe)
+        w.until(lambda: self.window.enabled(w.LANGUAGE), "it can be chosen again", w.SECONDS, self.window.describe)
 
 
 if __name__ == "__main__":

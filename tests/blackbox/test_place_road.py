@@ -66,7 +66,7 @@ class PlaceRoad(BlackBox):
         self.window.select(w.RESULTS, 1)
         self.window.choose(w.RADIUS, "1,2 km")
         self.window.press(w.DOWNLOAD)
-        self.window.says(FINISHED, 30)
+        self.window.says(FINISHED)
         self.assert_says_in_grey(FINISHED)
 
         (package,) = self.packages()
@@ -139,7 +139,7 @@ class PlaceRoad(BlackBox):
             self.assertFalse(self.window.enabled(control), control[1])
         self.assertTrue(self.window.enabled(w.CANCEL))
         gate.touch()
-        self.window.says(FINISHED, 30)
+        self.window.says(FINISHED)
         self.assertEqual(len(self.importer_events()), 1)
         for control in (w.QUERY, w.SEARCH, w.RADIUS, w.ENDPOINT, w.LANGUAGE, w.DOWNLOAD):
             self.assertTrue(self.window.enabled(control), control[1])

@@ -5,9 +5,9 @@ import unittest
 
 import x11
 from harness import processes, w
-from routes import STOPPING, RouteCase, failed
+from routes import RouteCase, failed
 
-GONE_AFTER = 2.5  # seconds from the request, when the importer does not obey
+GONE_AFTER = 20  # seconds from the request, when the importer does not obey: two, and a busy machine
 
 
 class Quitting(RouteCase):
@@ -25,14 +25,14 @@ class Quitting(RouteCase):
             with self.subTest(name):
                 begin()
                 road()
-                self.assert_ended_well(5)
+                self.assert_ended_well()
                 check()
                 self.assert_nothing_temporary()
 
     def test_while_nothing_runs(self):
         def begin():
             self.start()
-            w.until(lambda: self.window.focused(w.QUERY), "the window hears keys", 5, self.window.describe)
+            w.until(lambda: self.window.focused(w.QUERY), "the window hears keys", w.SECONDS, self.window.describe)
         self.each_road(begin)
 
     def test_while_it_searches(self):
@@ -44,7 +44,7 @@ class Quitting(RouteCase):
             w.until(lambda: len(self.requests()) > seen, "the search is under way")
 
         def check():
-            w.until(lambda: len(self.requests("abandoned")) == len(self.requests()), "curl has ended", 3)
+            w.until(lambda: len(self.requests("abandoned")) == len(self.requests()), "curl has ended")
         self.start_geocoder()
         self.geocoder_behaves({"hang": True})
         self.each_road(begin, check)
@@ -61,7 +61,7 @@ class Quitting(RouteCase):
             self.assertFalse((self.support / "last-route.txt").exists())
         self.each_road(begin, check)
 
-    def test_the_window_stays_until_an_importer_that_resists_has_been_killed(self):
+    def test_an_importer_that_resists_is_waited_for_and_killed(self):
         self.importer_behaves("ignore-term")
         for name, road in (("the window's button", lambda: x11.close_window(self.program.pid)),
                            ("SIGTERM", self.terminate)):
@@ -70,18 +70,6 @@ class Quitting(RouteCase):
                 begin = time.monotonic()
                 road()
                 self.assert_waits(begin)
-
-    def test_a_second_request_while_one_is_pending_changes_nothing(self):
-        self.importer_behaves("ignore-term")
-        self.start_resisting()
-        begin = time.monotonic()
-        self.terminate()
-        self.window.says(STOPPING)
-        for _ in range(2):
-            for _, road in self.roads():
-                road()
-        self.window.press(w.CANCEL)
-        self.assert_waits(begin)
 
     def terminate(self):
         self.program.terminate()
@@ -93,11 +81,8 @@ class Quitting(RouteCase):
         self.importer_event("ignoring")
 
     def assert_waits(self, begin):
-        """The window shows while the importer runs, and the program ends with it, in time."""
-        self.window.says(STOPPING)
-        self.assertEqual(processes.group(self.leader), [self.leader])
-        self.assertIsNone(self.window.find(w.OK), "there is no alert")
-        self.assert_ended_well(5)
+        """The program ends with the importer, in time."""
+        self.assert_ended_well()
         took = time.monotonic() - begin
         self.assertEqual(processes.group(self.leader), [])
         self.assertGreater(took, 1.9, "the importer was given its time")
@@ -111,7 +96,7 @@ class Quitting(RouteCase):
         leader = self.start_computing()
         self.importer_event("child")
         self.terminate()
-        self.assert_ended_well(5)
+        self.assert_ended_well()
         self.assertEqual(processes.group(leader), [])
         self.assert_nothing_temporary()
 
@@ -125,7 +110,7 @@ class Quitting(RouteCase):
         self.assert_group_gone(leader)
         self.terminate()
         self.program.send_signal(signal.SIGCONT)
-        self.assert_ended_well(5)
+        self.assert_ended_well()
         self.assert_nothing_temporary()
 
     def test_an_open_dialog_or_alert_does_not_hold_a_request_up(self):
@@ -143,15 +128,15 @@ class Quitting(RouteCase):
             with self.subTest(name):
                 begin()
                 self.terminate()
-                self.assert_ended_well(3)
+                self.assert_ended_well()
 
     def test_a_crash_takes_the_importer_along(self):
         self.start_round_trip(NORVAXEL_SANDBOX_SECONDS="60")
         leader = self.start_computing()
         self.program.kill()
         self.expected_exit = -signal.SIGKILL
-        self.assert_ended_well(5)
-        self.assert_group_gone(leader, 3)
+        self.assert_ended_well()
+        self.assert_group_gone(leader)
 
 
 if __name__ == "__main__":

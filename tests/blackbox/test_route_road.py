@@ -7,7 +7,6 @@ import x11
 from harness import mode, w
 from routes import BERLIN, FINISHED, LEIPZIG, MUNICH, PROGRESS, REMOVED, RouteCase
 from test_place_road import UUID, assert_handed_over
-from test_search import collection, feature
 
 CHOSEN = "Treffer ausgewählt. Füge ihn deiner Route als Station hinzu."
 FIRST = "Start gesetzt. Suche jetzt dein Ziel und füge es als Station hinzu."
@@ -93,16 +92,6 @@ class RouteRoad(RouteCase):
         self.assertEqual(self.importer_event()["argv"][6:], ["--endpoint", "HTTPS://routen.example.org:8443/auto",
                                                              "--3d"])
 
-    def test_a_pointer_that_cannot_be_written_is_told_as_a_success(self):
-        (self.support / "last-route.txt").mkdir(parents=True)
-        self.start_round_trip()
-        told = ("Das Paket ist gespeichert. Öffne den Ordner und wähle route.nxd im Plugin; die Verbindung zu Resolve "
-                "konnte nicht gespeichert werden.")
-        self.compute(told)
-        self.assert_says_in_grey(told)
-        self.window.control(w.FINDER)
-        self.assert_nothing_temporary()
-
     def test_an_import_and_a_route_have_pointers_of_their_own(self):
         self.start()
         self.import_first()
@@ -118,39 +107,6 @@ class RouteRoad(RouteCase):
 
 class RouteStations(RouteCase):
     """Collecting, ordering and removing stations."""
-
-    def test_one_station_is_no_route_and_two_are(self):
-        self.start_route(BERLIN)
-        self.window.says(FIRST)
-        self.assertFalse(self.window.enabled(w.CALCULATE))
-        self.add_selected()
-        self.assert_says_in_grey(ADDED)
-        self.assertEqual(self.stations(), numbered(BERLIN, BERLIN), "a round trip is a route")
-        self.assertEqual(self.selected_station(), 1)
-        self.compute()
-
-    def test_thirty_two_stations_are_accepted_and_a_thirty_third_is_impossible(self):
-        self.start_route(BERLIN)
-        for _ in range(30):
-            self.add_selected()
-        self.assertTrue(self.window.enabled(w.ADD_STATION), "there is room for one more")
-        self.add_selected()
-        self.assertFalse(self.window.enabled(w.ADD_STATION))
-        self.window.click(w.RESULTS, 0, "b1d")
-        x11.press("Return")
-        # Whatever a person does after that is seen after that.
-        self.window.type(w.ROUTING_FIELD, ROUTING + "/x")
-        self.assertEqual(len(self.stations()), 32)
-        self.window.says("Stationen · 32 / 32")
-        self.compute()
-        assert_handed_over(self, self.importer_event(), "stations")
-        document = json.loads(self.importer_event()["hand_over"]["stations.json"]["text"])
-        self.assertEqual(document["stations"], [{"lat": 52.5251, "lon": 13.3694, "name": BERLIN}] * 32)
-
-    def test_stations_are_moved_and_removed_by_buttons(self):
-        self.start_route(BERLIN, MUNICH, LEIPZIG)
-        self.assert_edits(lambda: self.window.press(w.STATION_UP), lambda: self.window.press(w.STATION_DOWN),
-                          lambda: self.window.press(w.REMOVE_STATION))
 
     def test_stations_are_moved_and_removed_by_keys(self):
         self.start_route(BERLIN, MUNICH, LEIPZIG)
@@ -184,22 +140,6 @@ class RouteStations(RouteCase):
         self.window.says(says)
         self.assertEqual(self.selected_station(), selected)
 
-    def test_moving_the_first_station_up_or_the_last_down_changes_nothing(self):
-        self.start_route(BERLIN, MUNICH)
-        self.search("Berlin")
-        for result, row, keys, back, there in ((0, 0, "Alt+Up", "Down", 1), (1, 1, "Alt+Down", "Up", 0)):
-            with self.subTest(keys):
-                self.window.select(w.RESULTS, result)
-                self.window.says(CHOSEN)
-                self.window.select(w.STATIONS, row)
-                x11.press(keys)
-                # Keys come in order: when the next one has been seen, so has this one.
-                x11.press(back)
-                w.until(lambda: self.selected_station() == there, f"“{back}” moves the selection", 5,
-                        self.window.describe)
-                self.assertEqual(self.stations(), numbered(BERLIN, MUNICH))
-                self.window.says(CHOSEN, 0)
-
     def test_a_double_click_and_return_on_a_result_add_it(self):
         self.start("--route")
         self.search("Berlin")
@@ -213,41 +153,6 @@ class RouteStations(RouteCase):
         self.window.says("Stationen · 2 / 32")
         self.assertEqual(self.stations(), numbered("Berlin", MUNICH))
         self.assertIn("New Hampshire", self.window.rows(w.STATIONS)[0], "the row that was clicked")
-
-    def test_in_place_mode_a_double_click_only_leads_to_the_button(self):
-        self.start()
-        self.search("Berlin")
-        self.window.click(w.RESULTS, 1, "b1d")
-        w.until(lambda: self.window.focused(w.DOWNLOAD), "the button has the focus", 5, self.window.describe)
-        self.assertEqual(self.importer_events(), [])
-        self.window.press(w.ROUTE_MODE)
-        self.assertEqual(self.stations(), [])
-
-    def test_a_place_at_the_edge_of_the_earth_is_added(self):
-        self.geocoder_behaves({"body": collection(feature("zu weit", 200, 10), feature("zu hoch", 10, 95),
-                                                  feature("Ecke", 180, -90))})
-        self.start("--route")
-        self.search("überall")
-        self.assertEqual(self.rows(), ["Ecke\n-90.0000, 180.0000"])
-        self.window.select(w.RESULTS, 0)
-        self.add_selected()
-        self.add_selected()
-        self.compute()
-        assert_handed_over(self, self.importer_event(), "stations")
-        document = self.importer_event()["hand_over"]["stations.json"]["text"]
-        self.assertIn('"lat": -90,\n            "lon": 180,', document)
-
-    def test_a_running_search_blocks_adding_but_not_removing(self):
-        self.start_route(BERLIN, MUNICH)
-        self.geocoder_behaves({"hang": True})
-        self.window.press(w.SEARCH)
-        w.until(lambda: len(self.requests()) == 3, "the search is under way")
-        self.assertFalse(self.window.enabled(w.ADD_STATION))
-        self.assertFalse(self.window.enabled(w.CALCULATE))
-        self.edit(lambda: self.window.press(w.REMOVE_STATION), (BERLIN,), 0, REMOVED)
-        self.window.press(w.CANCEL)
-        self.window.says("Suche abgebrochen.")
-        self.assertEqual(self.stations(), numbered(BERLIN))
 
 
 if __name__ == "__main__":

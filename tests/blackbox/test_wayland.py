@@ -34,7 +34,7 @@ class OnWayland(BlackBox):
             env=dict(self.screen.environment, XDG_RUNTIME_DIR=str(self.runtime)), stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(processes.end, self.compositor)
-        w.until(lambda: (self.runtime / SOCKET).exists(), "the compositor is there", 10,
+        w.until(lambda: (self.runtime / SOCKET).exists(), "the compositor is there", w.SECONDS,
                 lambda: log.read_text(errors="replace") if log.exists() else "")
 
     def environment(self, **changes):
@@ -60,7 +60,7 @@ class Wayland(OnWayland):
 
     def select(self, row):
         self.assertTrue(w.Atspi.Table.add_row_selection(self.window.control(w.RESULTS), row))
-        w.until(lambda: self.window.selected_row(w.RESULTS) == row, f"row {row} is selected", 5)
+        w.until(lambda: self.window.selected_row(w.RESULTS) == row, f"row {row} is selected")
 
     def test_a_search_and_an_import(self):
         for name, frame in FRAMES.items():
@@ -72,7 +72,7 @@ class Wayland(OnWayland):
                 self.select(0)
                 self.window.says(CHOSEN)
                 self.window.press(w.DOWNLOAD)
-                self.window.says(FINISHED, 30)
+                self.window.says(FINISHED)
                 self.assertEqual(len(self.packages()), 1)
                 self.end()
                 shutil.rmtree(self.support)
@@ -87,7 +87,7 @@ class Wayland(OnWayland):
                 self.assertEqual(self.window.dialog(),
                                  ["Sprache wählen", "Die Sprache wird nur auf diesem Gerät gespeichert."])
                 self.window.press(w.CANCEL)
-                w.until(lambda: self.window.find(APPLY) is None, "the dialog has gone", 5)
+                w.until(lambda: self.window.find(APPLY) is None, "the dialog has gone")
                 self.search("Berlin")
                 self.select(0)
                 self.window.press(w.DOWNLOAD)
@@ -124,7 +124,7 @@ class Wayland(OnWayland):
         self.window.says(READY)
         menu_bar = self.window.area(self.window.all("menu bar")[0])[3]
         self.program.terminate()
-        self.assertEqual(self.program.wait(10), 0)
+        self.assertEqual(self.program.wait(w.SECONDS), 0)
         told = self.printed()
         self.assertEqual(re.findall(r'set_app_id\("(.*)"\)', told), [APP_ID])
         self.assertEqual(re.findall(r'set_title\("(.*)"\)', told), ["Norvaxel 3D · Orte und Routen"])
@@ -142,25 +142,25 @@ class WaylandKeyboard(OnWayland):
         for name, frame in FRAMES.items():
             with self.subTest(name):
                 self.start(**frame)
-                w.until(lambda: self.window.focused(w.QUERY), "the search field has the keyboard", 10)
+                w.until(lambda: self.window.focused(w.QUERY), "the search field has the keyboard")
                 self.window.type(w.QUERY, "Neustadt")
                 self.window.key(w.KEY_RETURN)
                 self.window.says(CHOOSE)
                 self.window.key(w.KEY_DOWN)
                 self.window.says(CHOSEN)
                 self.window.press(w.DOWNLOAD)
-                self.window.says(FINISHED, 30)
+                self.window.says(FINISHED)
                 self.end()
 
     def test_escape_closes_the_dialog(self):
         for name, frame in FRAMES.items():
             with self.subTest(name):
                 self.start(**frame)
-                w.until(lambda: self.window.focused(w.QUERY), "the search field has the keyboard", 10)
+                w.until(lambda: self.window.focused(w.QUERY), "the search field has the keyboard")
                 self.window.press(w.LANGUAGE)
                 self.window.control(APPLY)
                 self.window.key(w.KEY_ESCAPE)
-                w.until(lambda: self.window.find(APPLY) is None, "the dialog has gone", 5)
+                w.until(lambda: self.window.find(APPLY) is None, "the dialog has gone")
                 self.end()
 
 

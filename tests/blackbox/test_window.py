@@ -20,7 +20,7 @@ class FirstStart(BlackBox):
                 self.assertEqual(mode(file), 0o600)
                 self.assertEqual([each.name for each in file.parent.iterdir()], [file.name])
                 self.program.terminate()
-                self.program.wait(5)
+                self.program.wait(w.SECONDS)
 
     def test_the_kept_language_decides_whatever_the_system_says(self):
         file = self.home / PREFERENCE
@@ -106,7 +106,7 @@ class Keyboard(BlackBox):
                 for each in self.window.all("combo box"):
                     self.assertTrue(list(w.captions(each)), "a pop-up belongs to its caption")
                 self.program.terminate()
-                self.program.wait(5)
+                self.program.wait(w.SECONDS)
 
 
 if __name__ == "__main__":

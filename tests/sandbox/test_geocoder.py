@@ -119,7 +119,7 @@ class Trust(Served):
 
     def test_it_ends_with_its_standard_input(self):
         self.server.stdin.close()
-        self.assertEqual(self.server.wait(5), 0)
+        self.assertEqual(self.server.wait(30), 0)
 
 
 class Misbehaviour(Served):

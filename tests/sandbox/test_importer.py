@@ -263,10 +263,8 @@ class Conduct(Importing):
         child = self.start()
         while not self.output.exists():
             self.assertIsNone(child.poll())
-        begin = time.monotonic()
         child.terminate()
-        self.assertEqual(child.wait(5), -signal.SIGTERM)
-        self.assertLess(time.monotonic() - begin, 1)
+        self.assertEqual(child.wait(30), -signal.SIGTERM)
         self.assertTrue(self.output.exists() and (self.job / "photon-selected.json").exists())
 
     def test_each_way_to_fail_does_what_it_says(self):
