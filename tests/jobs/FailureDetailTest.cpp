@@ -104,6 +104,7 @@ TEST_F(FailureDetail, place_reads_a_log_of_a_gibibyte_with_flat_memory) {
 TEST_F(FailureDetail, route_takes_the_first_line_after_the_last_marker) {
     EXPECT_EQ(route("FEHLER: eins\nFEHLER: zwei \nund drei\n"), u"zwei"_s);
     EXPECT_EQ(route("FEHLER:\nund drei\n"), QString());
+    EXPECT_EQ(route("12:00 FEHLER:  jetzt nicht\n"), u"jetzt nicht"_s);
 }
 
 TEST_F(FailureDetail, route_takes_the_last_line_with_text_without_a_marker) {
@@ -111,12 +112,16 @@ TEST_F(FailureDetail, route_takes_the_last_line_with_text_without_a_marker) {
     EXPECT_EQ(route(""), QString());
     EXPECT_EQ(route("\n \n"), QString());
     EXPECT_EQ(route(QByteArray(20000, 'x') + "\nzuletzt\n\n"), u"zuletzt"_s);
+    EXPECT_EQ(route("erst\ndann"), u"dann"_s);
+    EXPECT_EQ(route("FEHLER: lange her\n" + QByteArray("Kachel\n").repeated(3000) + "zuletzt\n"),
+              u"zuletzt"_s);
 }
 
 TEST_F(FailureDetail, route_never_shows_a_line_whose_beginning_was_cut_off) {
     // The cut falls into the first line, and nothing but blanks follows it.
     EXPECT_EQ(route("FEHLER: " + QByteArray(20000, 'x') + "\n" + QByteArray(16000, ' ')),
               QString());
+    EXPECT_EQ(route("FEHLER: " + QByteArray(20000, 'x') + "\nganz\n"), u"ganz"_s);
     // Without any line feed there is nothing to start after.
     EXPECT_EQ(route(QByteArray(20000, 'x')), QString(500, u'x'));
 }
@@ -131,6 +136,16 @@ TEST_F(FailureDetail, route_reads_16384_bytes_whole) {
 
 TEST_F(FailureDetail, route_reads_latin1_where_utf8_fails) {
     EXPECT_EQ(route("FEHLER: M\xfcnchen"), u"München"_s);
+    // One line without an end, cut in the middle of a character.
+    const QByteArray endless = QByteArray("ä").repeated(10000) + 'x';
+    EXPECT_EQ(route(endless), QString::fromLatin1(endless.right(16384)).left(500));
+}
+
+TEST_F(FailureDetail, route_reads_utf8_though_a_character_is_cut) {
+    const QByteArray end = "\nFEHLER: Größe überschritten\n";
+    const QByteArray umlauts = QByteArray("ä").repeated(9000);
+    const QByteArray odd = (16384 - end.size()) % 2 == 0 ? "." : "";
+    EXPECT_EQ(route("davor\n" + umlauts + odd + end), u"Größe überschritten"_s);
 }
 
 TEST_F(FailureDetail, route_masks_lower_case_addresses_only) {
@@ -143,6 +158,10 @@ TEST_F(FailureDetail, route_cuts_at_500_without_splitting_a_character) {
     EXPECT_EQ(route("FEHLER: " + QByteArray(500, 'x')), QString(500, u'x'));
     EXPECT_EQ(route(begin + "👨‍👩‍👧‍👦" + QByteArray(90, 'y')),
               QString(499, u'x') + u"👨‍👩‍👧‍👦"_s);
+    EXPECT_EQ(route("FEHLER: " + QByteArray(489, 'x') + "👨‍👩‍👧‍👦" +
+                    QByteArray(100, 'y')),
+              QString(489, u'x') + u"👨‍👩‍👧‍👦"_s);
+    EXPECT_EQ(route(begin + "x" + "👨‍👩‍👧‍👦"), QString(500, u'x'));
     EXPECT_EQ(route(begin + "e\xcc\x81" + QByteArray(99, 'y')), QString(499, u'x') + u"e\u0301"_s);
 }
 
