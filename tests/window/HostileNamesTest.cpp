@@ -196,7 +196,7 @@ TEST_P(LongNamesTest, cost_no_more_than_their_beginnings) {
     };
     const auto least = costs(beginning);
     for (const auto& [what, cost] : costs(GetParam().name))
-        EXPECT_LT(cost, 8 * least.at(what) + 5) << what << ", and its beginning " << least.at(what);
+        EXPECT_LT(cost, 4 * least.at(what) + 5) << what << ", and its beginning " << least.at(what);
 }
 
 #ifdef __linux__
