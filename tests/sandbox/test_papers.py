@@ -29,14 +29,11 @@ def literals(code):
 
 def failures():
     """Every sentence that the program shows because something went wrong, from its sources."""
-    found = literals(text("search/NXPhotonSearch.cpp"))
-    found += [each for each in literals(text("app/JobWords.cpp")) if not NO_FAILURE.search(each)]
-    for file in sorted((ROOT / "app").glob("*.cpp")):
-        # Of a statement that shows something in red.
-        for statement in re.split(r"[;{}]", file.read_text(encoding="utf-8")):
-            if "StatusKind::Error" in statement and "NXLocal" in statement:
-                found += literals(statement)
-    found += [each for each in literals(text("app/SearchFlow.cpp")) if "unlesbar" in each or "Kein Ort" in each]
+    found = []
+    for function in ("badQueryStatus", "failureText", "noPlacesStatus", "languageNotSaved", "refusalText",
+                     "startFailureText", "outcomeText", "failureTitle"):
+        body = re.search(rf"^QString {function}\(.*?^}}", text("app/Sentences.cpp"), re.MULTILINE | re.DOTALL)
+        found += [each for each in literals(body[0]) if not NO_FAILURE.search(each)]
     return sorted(set(found))
 
 

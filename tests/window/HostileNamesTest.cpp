@@ -2,6 +2,7 @@
 // happens.
 
 #include "SearchWindowTest.h"
+#include "app/PlaceRows.h"
 #include "look/style/ToolTip.h"
 #include "look/text/Fonts.h"
 
@@ -128,7 +129,8 @@ TEST_P(HostileNamesTest, is_kept_whole_and_moves_nothing) {
     const QSize size = window()->size();
     offer(GetParam().name);
     const QString name = GetParam().name;
-    const QString detail = u"in "_s + name + u" · 52.0000, 13.0000"_s;
+    const QString detail =
+        app::shownDetail(u"in "_s + name + u" · 52.0000, 13.0000"_s, Qt::LeftToRight);
     EXPECT_TRUE(rows().at(0) == name + u'\n' + detail);
     EXPECT_TRUE(rows().at(1) == u"Ulm\n52.0000, 13.0000"_s);
     EXPECT_TRUE(toolTipAt(list("table")->viewport(), row(0).center()) == detail);
