@@ -144,7 +144,10 @@ MainWindow::MainWindow(Mode startMode) : announcer_(new look::Announcer(this)) {
 void MainWindow::showCentred() {
     resize(sizeHint());
     const QRect available = screen()->availableGeometry();
-    move(available.center() - rect().center());
+    const QPoint centred = available.center() - rect().center();
+    // A screen that is too small for the window cuts its end, never the bar that moves and closes
+    // it.
+    move(qMax(available.left(), centred.x()), qMax(available.top(), centred.y()));
     show();
     raise();
     activateWindow();
@@ -266,8 +269,8 @@ QWidget* MainWindow::makeRouteOptions() {
 
     const QString routingText = NXLocal(u"Routingdienst · eigene HTTPS-Adresse optional"_s);
     Label* routingCaption = makeLabel(11, look::colours::secondary, routingText);
-    // A box for a route with or without its package: what it would say stays in the catalogue. Every
-    // route of this program brings one, and the box says so in the end.
+    // A box for a route with or without its package: what it would say stays in the catalogue.
+    // Every route of this program brings one, and the box says so in the end.
     routeMapCheckbox =
         named("routeMapCheckbox", new QCheckBox(NXLocal(u"Straßenkarte mitladen"_s)));
     routeMapCheckbox->setFont(look::font(12));

@@ -62,6 +62,15 @@ protected:
     }
 };
 
+// The screen of these tests is narrower than the window.
+TEST_F(GeometryTest, on_a_screen_too_small_the_end_is_cut_and_never_the_title_bar) {
+    start();
+    const QRect available = window()->screen()->availableGeometry();
+    ASSERT_LT(available.width(), window()->width());
+    EXPECT_EQ(window()->pos().x(), available.left());
+    EXPECT_GE(window()->pos().y(), available.top());
+}
+
 TEST_F(GeometryTest, place_mode) {
     for (const QSize size : {natural, least}) {
         SCOPED_TRACE(size.width());

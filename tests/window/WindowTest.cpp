@@ -1,6 +1,7 @@
 #include "WindowTest.h"
 
 #include "Messages.h"
+#include "localization/NXLocal.h"
 #include "look/style/ToolTip.h"
 
 #include <QClipboard>
@@ -102,7 +103,7 @@ void WindowTest::search(const QString& text) {
 void WindowTest::searchResults(const QString& text) {
     search(text);
     ASSERT_EVENTUALLY(!isBusy());
-    ASSERT_EQ(status(), says::choose);
+    ASSERT_EQ(status(), localization::NXLocal(says::choose));
 }
 
 QString WindowTest::toolTipAt(QWidget* widget, QPoint position) {
