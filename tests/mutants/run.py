@@ -1,0 +1,250 @@
+#!/usr/bin/env python3
+"""Puts small faults into a copy of the program, one at a time, and asks its tests whether they notice.
+
+    tests/mutants/run.py                          every fault of every list beside this file
+    tests/mutants/run.py search jobs/short-slug   the faults of a list, one fault by its name
+    tests/mutants/run.py --sample 20              so many of them, chosen at random
+    tests/mutants/run.py --check                  only: does each fault's old text still stand once?
+
+README.md beside this file says what a list looks like and what the words of the report mean.
+"""
+import argparse
+import ctypes
+import fcntl
+import json
+import os
+import pathlib
+import random
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+HERE = pathlib.Path(__file__).resolve().parent
+ROOT = HERE.parents[1]
+
+
+class Fault:
+    def __init__(self, name):
+        self.name = name
+        self.file = self.survives = self.moves = ""
+        self.old, self.new, self.tests = [], [], []
+
+    def applied(self, folder):
+        """The file's text without and with the fault; None for the second if the first has changed."""
+        path = folder / self.file
+        text = path.read_text(encoding="utf-8") if path.is_file() else ""
+        pattern = r"\s*\n\s*".join(map(re.escape, self.old))
+        changed, count = re.subn(pattern, lambda _: "\n".join(self.new), text) if self.old else ("", 0)
+        return text, changed if count == 1 and changed != text else None
+
+
+def read_list(path):
+    faults = []
+    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+        kind, _, rest = line.partition(" ")
+        rest = rest.strip()
+        if kind == "#":
+            faults.append(Fault(f"{path.stem}/{rest}"))
+        elif kind in ("-", "+") and faults:
+            (faults[-1].old if kind == "-" else faults[-1].new).append(rest)
+        elif kind in ("file:", "tests:", "survives:", "moves:") and faults:
+            setattr(faults[-1], kind[:-1], rest.split() if kind == "tests:" else rest)
+        elif line.strip():
+            sys.exit(f"{path}:{number}: not understood: {line}")
+    return faults
+
+
+def chosen_faults(options):
+    lists = {path.stem: read_list(path) for path in sorted(HERE.glob("*.faults"))}
+    faults = [fault for each in lists.values() for fault in each]
+    names = [fault.name for fault in faults]
+    if doubled := {each for each in names if names.count(each) > 1}:
+        sys.exit("More than one fault has the name " + ", ".join(doubled))
+    if unknown := set(options.names) - set(names) - set(lists):
+        sys.exit("There is no list and no fault named " + ", ".join(unknown))
+    if wanted := set(options.names):
+        faults = [each for each in faults if {each.name, each.name.split("/")[0]} & wanted]
+    if options.sample:
+        print(f"The sample of --seed {options.seed}")
+        random.seed(options.seed)
+        faults = random.sample(faults, min(options.sample, len(faults)))
+    # What changes one file comes together: less to compile.
+    return sorted(faults, key=lambda each: each.file)
+
+
+class Copy:
+    """A copy of this checkout, uncommitted changes included, with a build of its own."""
+
+    def __init__(self, folder, jobs):
+        self.folder, self.jobs = folder, jobs
+        self.build_folder = folder / "build" / "dev"
+        self.build_folder.mkdir(parents=True, exist_ok=True)
+        self.lock = open(folder / "build" / "lock", "w", encoding="utf-8")
+        fcntl.flock(self.lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        listed = self.run("git", "ls-files", "-coz", "--exclude-standard", cwd=ROOT).stdout.split("\0")
+        files = {each for each in listed if (ROOT / each).is_file()}
+        for part in folder.iterdir():
+            for path in [part, *part.rglob("*")] if part.name != "build" else []:
+                if path.is_file() and str(path.relative_to(folder)) not in files:
+                    path.unlink()
+        for each in files:
+            source, target = ROOT / each, folder / each
+            if not target.is_file() or target.read_bytes() != source.read_bytes():
+                target.parent.mkdir(parents=True, exist_ok=True)
+                shutil.copyfile(source, target)
+            shutil.copymode(source, target)
+
+    def run(self, *command, **more):
+        more = {"cwd": self.folder, **more}
+        return subprocess.run(command, capture_output=True, text=True, errors="replace", **more)
+
+    def configure(self):
+        """Every test of the build as CTest describes it."""
+        launcher = {"CMAKE_CXX_COMPILER_LAUNCHER": "ccache"} if shutil.which("ccache") else {}
+        self.run("cmake", "--preset", "dev", env={**os.environ, **launcher}, check=True)
+        for _ in range(2):
+            listed = self.run("ctest", "--preset", "dev", "--show-only=json-v1", check=True).stdout
+            tests = {each["name"]: each for each in json.loads(listed)["tests"]}
+            if all("command" in each for each in tests.values()):
+                return tests
+            self.build()  # CTest tells no command of a program that was never built
+        sys.exit("The program does not build without a fault either.")
+
+    def build(self, *targets):
+        wanted = ["--target", *targets] if targets else []
+        return self.run("cmake", "--build", "--preset", "dev", *wanted, "--", f"-j{self.jobs}").returncode == 0
+
+
+class Test:
+    def __init__(self, copy, described):
+        properties = {each["name"]: each["value"] for each in described.get("properties", [])}
+        self.command = list(described["command"])
+        self.folder = properties.get("WORKING_DIRECTORY", copy.build_folder)
+        self.limit = float(properties.get("TIMEOUT", 300))
+        settings = dict(each.split("=", 1) for each in properties.get("ENVIRONMENT", []))
+        self.environment = {**os.environ, **settings, "GTEST_FAIL_FAST": "1"}
+        if "unittest" in self.command:
+            self.command.insert(self.command.index("unittest") + 1, "-f")
+        # What it runs of the build has to be built: a file there is named after its target.
+        used = [pathlib.Path(each) for each in [*self.command, *settings.values()]]
+        self.targets = {each.name for each in used if copy.build_folder in each.parents and each.is_file()}
+        if described["name"].startswith("packaging"):
+            self.targets.add("desktop_files")
+
+    def run(self, *more):
+        """The test case that failed, or what else there is to say of a failure; empty if it passed."""
+        with tempfile.TemporaryFile() as output:
+            child = subprocess.Popen([*self.command, *more], cwd=self.folder, env=self.environment,
+                                     stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT)
+            child.returncode = status = wait_for(child.pid, self.limit)
+            output.seek(0)
+            said = output.read().decode(errors="replace")
+        if status is None:
+            return "no end within its time"
+        failed = re.search(r"^\[  FAILED  \] ([^\s,]+)|^(?:FAIL|ERROR): (\w+)", said, re.MULTILINE)
+        begun = re.findall(r"^\[ RUN      \] (\S+)", said, re.MULTILINE)
+        return status and (failed and (failed[1] or failed[2]) or (begun or [f"status {status}"])[-1]) or ""
+
+    def notices(self):
+        """As run(), but a failure that does not come again is none: it has another reason."""
+        for _ in range(2):
+            failure = self.run()
+            again = ["-k", failure] if re.fullmatch(r"test_\w+", failure) else []
+            if "." in failure:
+                again = [f"--gtest_filter={failure}"]
+            if not failure or failure.startswith("no end") or self.run(*again):
+                return failure
+        return ""
+
+
+def wait_for(pid, limit):
+    """The exit status, None after the limit. Reaps and at last ends whatever the test leaves behind."""
+    status, end = None, time.monotonic() + limit
+    while status is None and time.monotonic() < end:
+        gone, how = os.waitpid(-1, os.WNOHANG)
+        if gone == pid:
+            status = os.waitstatus_to_exitcode(how)
+        elif gone == 0:
+            time.sleep(0.01)
+    mine = ["ps", "-o", "pid=,comm=", "--ppid", str(os.getpid())]
+    while left := re.findall(r"(\d+) (?!ps$)", subprocess.run(mine, stdout=subprocess.PIPE, text=True).stdout, re.M):
+        for each in map(int, left):
+            os.kill(each, signal.SIGKILL)
+            os.waitpid(each, 0)
+    return status
+
+
+def judge(fault, copy, tests):
+    """What became of the fault, in a word, and what more there is to say."""
+    text, changed = fault.applied(copy.folder)
+    if changed is None:
+        return "STALE", f"look for it in {fault.moves or fault.file}"
+    asked = [each for each in tests if any(re.fullmatch(wanted, each) for wanted in fault.tests)]
+    asked.sort(key=lambda each: [bool(re.fullmatch(wanted, each)) for wanted in fault.tests].index(True))
+    if not asked:
+        return "UNTESTED", "none of its tests passes without a fault"
+    path = copy.folder / fault.file
+    try:
+        path.write_text(changed, encoding="utf-8")
+        for name in asked:
+            if not copy.build(*sorted(tests[name].targets)):
+                return "DOES NOT BUILD", name
+            if failure := tests[name].notices():
+                return "noticed", f"{name}: {failure}"
+    finally:
+        path.write_text(text, encoding="utf-8")
+    return ("survived", fault.survives) if fault.survives else ("SURVIVED", " ".join(asked))
+
+
+def sound_tests(faults, copy):
+    """The tests that could notice one of the faults, by name, without those that fail anyway."""
+    wanted = {each for fault in faults for each in fault.tests}
+    tests = {name: Test(copy, each) for name, each in copy.configure().items()
+             if any(re.fullmatch(one, name) for one in wanted)}
+    if tests and not copy.build(*sorted(set().union(*(each.targets for each in tests.values())))):
+        sys.exit("The program does not build without a fault either.")
+    for name, test in list(tests.items()):
+        since = time.monotonic()
+        if failure := tests[name].notices():
+            print(f"{name} fails without a fault ({failure}) and is not asked.", flush=True)
+            del tests[name]
+        # A fault may slow a test down, and so may whoever else uses the machine.
+        test.limit = min(test.limit, 60 + 5 * (time.monotonic() - since))
+    return tests
+
+
+def main():
+    words = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    words.add_argument("names", nargs="*", help="a list, or a fault of a list")
+    words.add_argument("--sample", type=int, help="so many of them, chosen at random")
+    words.add_argument("--seed", type=int, default=int(time.time()), help="of a sample to have once more")
+    words.add_argument("--check", action="store_true", help="runs nothing, only tells what is stale")
+    words.add_argument("-j", "--jobs", type=int, default=2, help="how many compilers at once")
+    options = words.parse_args()
+    faults, counts, begin = chosen_faults(options), {}, time.monotonic()
+    if options.check:
+        stale = [each for each in faults if each.applied(ROOT)[1] is None]
+        print(*(f"STALE     {each.name:44} {each.moves or each.file}" for each in stale),
+              f"{len(faults)} faults, {len(stale)} STALE", sep="\n")
+        return bool(stale)
+    os.nice(19)
+    if sys.platform == "linux":
+        ctypes.CDLL(None).prctl(36, 1)  # PR_SET_CHILD_SUBREAPER: what a test leaves behind comes to us
+    copy = Copy(ROOT / "build" / "mutants", options.jobs)
+    tests = sound_tests(faults, copy)
+    for fault in faults:
+        since = time.monotonic()
+        word, more = judge(fault, copy, tests)
+        counts[word] = counts.get(word, 0) + 1
+        print(f"{word:9} {fault.name:44} {more} ({time.monotonic() - since:.0f} s)", flush=True)
+    print(f"{len(faults)} faults", *(f"{count} {word}" for word, count in sorted(counts.items())), sep=", ", end="; ")
+    print(f"{time.monotonic() - begin:.0f} s")
+    return any(word.isupper() for word in counts)  # "noticed" and "survived", for its reason, are well
+
+
+if __name__ == "__main__":
+    sys.exit(main())
