@@ -29,8 +29,7 @@ ROOT = HERE.parents[1]
 
 class Fault:
     def __init__(self, name):
-        self.name = name
-        self.file = self.survives = self.moves = ""
+        self.name, self.file, self.survives, self.moves = name, "", "", ""
         self.old, self.new, self.tests = [], [], []
 
     def applied(self, folder):
@@ -85,8 +84,8 @@ class Copy:
         self.build_folder.mkdir(parents=True, exist_ok=True)
         self.lock = open(folder / "build" / "lock", "w", encoding="utf-8")
         fcntl.flock(self.lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
-        listed = self.run("git", "ls-files", "-coz", "--exclude-standard", cwd=ROOT).stdout.split("\0")
-        files = {each for each in listed if (ROOT / each).is_file()}
+        listed = self.run("git", "ls-files", "-coz", "--exclude-standard", cwd=ROOT).stdout
+        files = {each for each in listed.split("\0") if (ROOT / each).is_file()}
         for part in folder.iterdir():
             for path in [part, *part.rglob("*")] if part.name != "build" else []:
                 if path.is_file() and str(path.relative_to(folder)) not in files:
@@ -95,8 +94,7 @@ class Copy:
             source, target = ROOT / each, folder / each
             if not target.is_file() or target.read_bytes() != source.read_bytes():
                 target.parent.mkdir(parents=True, exist_ok=True)
-                shutil.copyfile(source, target)
-            shutil.copymode(source, target)
+                shutil.copy(source, target)
 
     def run(self, *command, **more):
         more = {"cwd": self.folder, **more}
@@ -114,6 +112,10 @@ class Copy:
             self.build()  # CTest tells no command of a program that was never built
         sys.exit("The program does not build without a fault either.")
 
+    def put(self, file, text):
+        if (self.folder / file).read_text(encoding="utf-8") != text:
+            (self.folder / file).write_text(text, encoding="utf-8")
+
     def build(self, *targets):
         wanted = ["--target", *targets] if targets else []
         return self.run("cmake", "--build", "--preset", "dev", *wanted, "--", f"-j{self.jobs}").returncode == 0
@@ -122,7 +124,7 @@ class Copy:
 class Test:
     def __init__(self, copy, described):
         properties = {each["name"]: each["value"] for each in described.get("properties", [])}
-        self.command = list(described["command"])
+        self.name, self.command, self.is_sound = described["name"], list(described["command"]), None
         self.folder = properties.get("WORKING_DIRECTORY", copy.build_folder)
         self.limit = float(properties.get("TIMEOUT", 300))
         settings = dict(each.split("=", 1) for each in properties.get("ENVIRONMENT", []))
@@ -132,7 +134,7 @@ class Test:
         # What it runs of the build has to be built: a file there is named after its target.
         used = [pathlib.Path(each) for each in [*self.command, *settings.values()]]
         self.targets = {each.name for each in used if copy.build_folder in each.parents and each.is_file()}
-        if described["name"].startswith("packaging"):
+        if self.name.startswith("packaging"):
             self.targets.add("desktop_files")
 
     def run(self, *more):
@@ -143,22 +145,30 @@ class Test:
             child.returncode = status = wait_for(child.pid, self.limit)
             output.seek(0)
             said = output.read().decode(errors="replace")
-        if status is None:
-            return "no end within its time"
-        failed = re.search(r"^\[  FAILED  \] ([^\s,]+)|^(?:FAIL|ERROR): (\w+)", said, re.MULTILINE)
+        if status in (0, None):
+            return "" if status == 0 else "no end within its time"
+        failed = re.findall(r"^(?:\[  FAILED  \]|FAIL:|ERROR:) ([^\s,]+)", said, re.MULTILINE)[:1]
         begun = re.findall(r"^\[ RUN      \] (\S+)", said, re.MULTILINE)
-        return status and (failed and (failed[1] or failed[2]) or (begun or [f"status {status}"])[-1]) or ""
+        return (failed or begun or [f"status {status}"])[-1]
 
     def notices(self):
         """As run(), but a failure that does not come again is none: it has another reason."""
         for _ in range(2):
             failure = self.run()
-            again = ["-k", failure] if re.fullmatch(r"test_\w+", failure) else []
-            if "." in failure:
-                again = [f"--gtest_filter={failure}"]
+            case = ["-k", failure] if failure.startswith("test_") else [f"--gtest_filter={failure}"]
+            again = case if re.search("^test_|[.]", failure) else []
             if not failure or failure.startswith("no end") or self.run(*again):
                 return failure
         return ""
+
+    def settle(self, copy):
+        """Finds out whether it passes without a fault. Once, before it is asked for the first time."""
+        since = time.monotonic()
+        if failure := self.notices() if copy.build(*self.targets) else "does not build":
+            print(f"{self.name} fails without a fault ({failure}) and is not asked.", flush=True)
+        self.is_sound = not failure
+        # A fault may slow a test down, and so may whoever else uses the machine.
+        self.limit = min(self.limit, 60 + 5 * (time.monotonic() - since))
 
 
 def wait_for(pid, limit):
@@ -183,38 +193,26 @@ def judge(fault, copy, tests):
     text, changed = fault.applied(copy.folder)
     if changed is None:
         return "STALE", f"look for it in {fault.moves or fault.file}"
-    asked = [each for each in tests if any(re.fullmatch(wanted, each) for wanted in fault.tests)]
-    asked.sort(key=lambda each: [bool(re.fullmatch(wanted, each)) for wanted in fault.tests].index(True))
-    if not asked:
-        return "UNTESTED", "none of its tests passes without a fault"
-    path = copy.folder / fault.file
+    asked = []
     try:
-        path.write_text(changed, encoding="utf-8")
-        for name in asked:
-            if not copy.build(*sorted(tests[name].targets)):
+        for name in dict.fromkeys(each for wanted in fault.tests for each in tests if re.fullmatch(wanted, each)):
+            test = tests[name]
+            if test.is_sound is None:
+                copy.put(fault.file, text)
+                test.settle(copy)
+            if not test.is_sound:
+                continue
+            asked.append(name)
+            copy.put(fault.file, changed)
+            if not copy.build(*test.targets):
                 return "DOES NOT BUILD", name
-            if failure := tests[name].notices():
+            if failure := test.notices():
                 return "noticed", f"{name}: {failure}"
     finally:
-        path.write_text(text, encoding="utf-8")
+        copy.put(fault.file, text)
+    if not asked:
+        return "UNTESTED", "none of its tests passes without a fault"
     return ("survived", fault.survives) if fault.survives else ("SURVIVED", " ".join(asked))
-
-
-def sound_tests(faults, copy):
-    """The tests that could notice one of the faults, by name, without those that fail anyway."""
-    wanted = {each for fault in faults for each in fault.tests}
-    tests = {name: Test(copy, each) for name, each in copy.configure().items()
-             if any(re.fullmatch(one, name) for one in wanted)}
-    if tests and not copy.build(*sorted(set().union(*(each.targets for each in tests.values())))):
-        sys.exit("The program does not build without a fault either.")
-    for name, test in list(tests.items()):
-        since = time.monotonic()
-        if failure := tests[name].notices():
-            print(f"{name} fails without a fault ({failure}) and is not asked.", flush=True)
-            del tests[name]
-        # A fault may slow a test down, and so may whoever else uses the machine.
-        test.limit = min(test.limit, 60 + 5 * (time.monotonic() - since))
-    return tests
 
 
 def main():
@@ -232,17 +230,18 @@ def main():
               f"{len(faults)} faults, {len(stale)} STALE", sep="\n")
         return bool(stale)
     os.nice(19)
+    signal.signal(signal.SIGINT, signal.default_int_handler)  # a job in the background ignores it, and so would tests
     if sys.platform == "linux":
         ctypes.CDLL(None).prctl(36, 1)  # PR_SET_CHILD_SUBREAPER: what a test leaves behind comes to us
     copy = Copy(ROOT / "build" / "mutants", options.jobs)
-    tests = sound_tests(faults, copy)
+    tests = {name: Test(copy, each) for name, each in copy.configure().items()}
     for fault in faults:
         since = time.monotonic()
         word, more = judge(fault, copy, tests)
         counts[word] = counts.get(word, 0) + 1
         print(f"{word:9} {fault.name:44} {more} ({time.monotonic() - since:.0f} s)", flush=True)
-    print(f"{len(faults)} faults", *(f"{count} {word}" for word, count in sorted(counts.items())), sep=", ", end="; ")
-    print(f"{time.monotonic() - begin:.0f} s")
+    totals = (f"{counts[word]} {word}" for word in sorted(counts))
+    print(f"{len(faults)} faults", *totals, f"{time.monotonic() - begin:.0f} s", sep=", ")
     return any(word.isupper() for word in counts)  # "noticed" and "survived", for its reason, are well
 
 
