@@ -29,7 +29,7 @@ ROOT = HERE.parents[1]
 
 class Fault:
     def __init__(self, name):
-        self.name, self.file, self.survives, self.moves = name, "", "", ""
+        self.name, self.file, self.survives = name, "", ""
         self.old, self.new, self.tests = [], [], []
 
     def applied(self, folder):
@@ -50,7 +50,7 @@ def read_list(path):
             faults.append(Fault(f"{path.stem}/{rest}"))
         elif kind in ("-", "+") and faults:
             (faults[-1].old if kind == "-" else faults[-1].new).append(rest)
-        elif kind in ("file:", "tests:", "survives:", "moves:") and faults:
+        elif kind in ("file:", "tests:", "survives:") and faults:
             setattr(faults[-1], kind[:-1], rest.split() if kind == "tests:" else rest)
         elif line.strip():
             sys.exit(f"{path}:{number}: not understood: {line}")
@@ -192,7 +192,7 @@ def judge(fault, copy, tests):
     """What became of the fault, in a word, and what more there is to say."""
     text, changed = fault.applied(copy.folder)
     if changed is None:
-        return "STALE", f"look for it in {fault.moves or fault.file}"
+        return "STALE", fault.file
     asked = []
     try:
         for name in dict.fromkeys(each for wanted in fault.tests for each in tests if re.fullmatch(wanted, each)):
@@ -226,7 +226,7 @@ def main():
     faults, counts, begin = chosen_faults(options), {}, time.monotonic()
     if options.check:
         stale = [each for each in faults if each.applied(ROOT)[1] is None]
-        print(*(f"STALE     {each.name:44} {each.moves or each.file}" for each in stale),
+        print(*(f"STALE     {each.name:44} {each.file}" for each in stale),
               f"{len(faults)} faults, {len(stale)} STALE", sep="\n")
         return bool(stale)
     os.nice(19)
