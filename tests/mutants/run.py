@@ -44,8 +44,7 @@ class Fault:
 def read_list(path):
     faults = []
     for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
-        kind, _, rest = line.partition(" ")
-        rest = rest.strip()
+        kind, _, rest = (part.strip() for part in line.partition(" "))
         if kind == "#":
             faults.append(Fault(f"{path.stem}/{rest}"))
         elif kind in ("-", "+") and faults:
@@ -79,8 +78,7 @@ class Copy:
     """A copy of this checkout, uncommitted changes included, with a build of its own."""
 
     def __init__(self, folder, jobs):
-        self.folder, self.jobs = folder, jobs
-        self.build_folder = folder / "build" / "dev"
+        self.folder, self.jobs, self.build_folder = folder, jobs, folder / "build" / "dev"
         self.build_folder.mkdir(parents=True, exist_ok=True)
         self.lock = open(folder / "build" / "lock", "w", encoding="utf-8")
         fcntl.flock(self.lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
@@ -96,9 +94,8 @@ class Copy:
                 target.parent.mkdir(parents=True, exist_ok=True)
                 shutil.copy(source, target)
 
-    def run(self, *command, **more):
-        more = {"cwd": self.folder, **more}
-        return subprocess.run(command, capture_output=True, text=True, errors="replace", **more)
+    def run(self, *command, cwd=None, **more):
+        return subprocess.run(command, cwd=cwd or self.folder, capture_output=True, text=True, errors="replace", **more)
 
     def configure(self):
         """Every test of the build as CTest describes it."""
@@ -235,6 +232,9 @@ def main():
         ctypes.CDLL(None).prctl(36, 1)  # PR_SET_CHILD_SUBREAPER: what a test leaves behind comes to us
     copy = Copy(ROOT / "build" / "mutants", options.jobs)
     tests = {name: Test(copy, each) for name, each in copy.configure().items()}
+    wanted = {each for fault in faults for each in fault.tests}
+    if strangers := [each for each in wanted if not any(re.fullmatch(each, name) for name in tests)]:
+        sys.exit("There is no test named " + ", ".join(strangers))
     for fault in faults:
         since = time.monotonic()
         word, more = judge(fault, copy, tests)
