@@ -2,7 +2,7 @@
 """Puts small faults into a copy of the program, one at a time, and asks its tests whether they notice.
 
     tests/mutants/run.py                          every fault of every list beside this file
-    tests/mutants/run.py search jobs/short-slug   the faults of a list, one fault by its name
+    tests/mutants/run.py search jobs/slug-of-43-characters   the faults of a list; one fault
     tests/mutants/run.py --sample 20              so many of them, chosen at random
     tests/mutants/run.py --check                  only: does each fault's old text still stand once?
 
