@@ -145,8 +145,7 @@ void MainWindow::showCentred() {
     resize(sizeHint());
     const QRect available = screen()->availableGeometry();
     const QPoint centred = available.center() - rect().center();
-    // A screen that is too small for the window cuts its end, never the bar that moves and closes
-    // it.
+    // A screen that is too small for the window cuts its end, never its title bar.
     move(qMax(available.left(), centred.x()), qMax(available.top(), centred.y()));
     show();
     raise();
