@@ -8,6 +8,7 @@
 #include <QFont>
 #include <QGlyphRun>
 #include <QGuiApplication>
+#include <QTemporaryDir>
 #include <QTextLayout>
 
 #include <gtest/gtest.h>
@@ -136,7 +137,9 @@ TEST_P(ShownDetail, is_the_detail_to_the_letter_but_for_what_sets_it_apart) {
 INSTANTIATE_TEST_SUITE_P(Window, ShownDetail, testing::Values(Qt::LeftToRight, Qt::RightToLeft));
 
 int main(int count, char** values) {
+    const QTemporaryDir runtime;
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
     const QGuiApplication application(count, values);
     testing::InitGoogleTest(&count, values);
     return RUN_ALL_TESTS();
