@@ -152,7 +152,8 @@ TEST(AtomicFileTest, a_copy_replaces_the_old_file_or_leaves_it_whole) {
     EXPECT_EQ(platform::replaceByCopy(folder / "file", folder.path()), std::errc::is_a_directory);
     {
         const FullDisk disk(100'000);
-        EXPECT_EQ(platform::replaceByCopy(folder / "file", folder / "source"), std::errc::file_too_large);
+        EXPECT_EQ(platform::replaceByCopy(folder / "file", folder / "source"),
+                  std::errc::file_too_large);
     }
     EXPECT_EQ(contentOf(folder / "file"), "old");
     EXPECT_FALSE(platform::replaceByCopy(folder / "file", folder / "source"));
