@@ -258,6 +258,16 @@ def painter(files):
                   "only ControlPainter does that")
 
 
+def faults(files, report=None):
+    """Each fault that the tests are asked about still fits its file."""
+    if report is None:
+        report = subprocess.run([sys.executable, "-B", "tests/mutants/run.py", "--check"], cwd=ROOT, text=True,
+                                capture_output=True, check=False).stdout
+    if not re.search(r"^\d+ faults", report, re.MULTILINE):
+        return ["tests/mutants/run.py: says nothing"]
+    return [f"tests/mutants: {line}" for line in report.splitlines() if line.startswith("STALE")]
+
+
 def words(files):
     """What does not belong into the sources: paths of one machine, notes to oneself, loose blanks."""
     # In a table of values separated by tabs the last one may be empty.
@@ -274,7 +284,7 @@ def words(files):
 
 
 RULES = {"commits": commits, "tests": tests, "includes": includes, "links": links, "style": style,
-         "painter": painter, "words": words,
+         "painter": painter, "faults": faults, "words": words,
          "format": format_, "tidy": tidy}
 
 

@@ -179,6 +179,15 @@ class Painter(RuleTest):
             self.assert_faults(rules.painter({"app/A.cpp": line}), "app/A.cpp:1: only ControlPainter")
 
 
+class Faults(RuleTest):
+    def test_a_fault_that_no_longer_fits_is_named(self):
+        self.assert_faults(rules.faults({}, "2 faults, 0 STALE\n"))
+        self.assert_faults(rules.faults({}, "STALE     app/a   app/A.cpp\n2 faults, 1 STALE\n"), "app/a")
+
+    def test_silence_is_wrong(self):
+        self.assert_faults(rules.faults({}, ""), "says nothing")
+
+
 class Words(RuleTest):
     def test_what_belongs_into_the_sources_is_right(self):
         for name, text in {"a.py": "a\n", "a.tsv": "a\t\n", "CMakeLists.txt": "\ta\n", "a.png": "", "b.py": "mktemp XXXXXX\n",
