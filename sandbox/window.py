@@ -71,6 +71,12 @@ def until(condition, what, seconds=SECONDS, instead=lambda: ""):
         time.sleep(PAUSE)
 
 
+def role_of(accessible):
+    """The role's name as AT-SPI 2.46 has it (Debian 12); 2.56 (Debian 13) says "button"."""
+    name = accessible.get_role_name()
+    return "push button" if name == "button" else name
+
+
 def _children(accessible):
     for index in range(accessible.get_child_count()):
         child = accessible.get_child_at_index(index)
@@ -81,7 +87,7 @@ def _children(accessible):
 def _walk(accessible):
     yield accessible
     # The rows of a list are asked for one by one: a list may be long.
-    if accessible.get_role_name() not in ("list", "table", "combo box"):
+    if role_of(accessible) not in ("list", "table", "combo box"):
         for child in _children(accessible):
             yield from _walk(child)
 
@@ -135,7 +141,7 @@ class Window:
     def all(self, role=None):
         """All controls that show, in the order of the tree."""
         return [each for each in _walk(self._application)
-                if (role is None or each.get_role_name() == role)
+                if (role is None or role_of(each) == role)
                 and _has(each, Atspi.StateType.SHOWING)]
 
     def find(self, control):
@@ -159,7 +165,7 @@ class Window:
         spoken = accessible.get_name()
         if isinstance(name, re.Pattern):
             return name.fullmatch(spoken)
-        return spoken == name or (accessible.get_role_name() != "label" and name in captions(accessible))
+        return spoken == name or (role_of(accessible) != "label" and name in captions(accessible))
 
     def control(self, control, seconds=SECONDS):
         return until(lambda: self.find(control), f"{control[0]} “{control[1]}” shows", seconds, self.describe)
@@ -175,9 +181,9 @@ class Window:
         """Waits for an alert and returns its texts."""
         def find():
             for each in self.all():
-                if each.get_role_name() in ("dialog", "alert"):
+                if role_of(each) in ("dialog", "alert"):
                     return [part.get_name() for part in _walk(each)
-                            if part.get_role_name() == "label" and part.get_name()]
+                            if role_of(part) == "label" and part.get_name()]
             return None
         return until(find, "an alert shows", seconds, self.describe)
 
@@ -187,8 +193,8 @@ class Window:
         try:
             for each in self.all():
                 off = "" if _has(each, Atspi.StateType.ENABLED) else " (disabled)"
-                lines.append(f"  {each.get_role_name()}: {each.get_name()!r}{off}")
-                if each.get_role_name() == "list":
+                lines.append(f"  {role_of(each)}: {each.get_name()!r}{off}")
+                if role_of(each) == "list":
                     lines.extend(f"    {row!r}" for row in self.rows(each))
         except GLib.Error as error:
             lines.append(f"  (the window has gone: {error.message})")

@@ -43,13 +43,13 @@ class Listener:
 
     def _hear(self, event):
         try:
-            role = event.source.get_role_name()
+            role = w.role_of(event.source)
             if not event.detail1:
                 return
             if event.type.startswith("object:state-changed:focused"):
                 self.focused.append((role, event.source.get_name()))
             elif role == "notification":
-                is_error = event.source.get_parent().get_role_name() == "alert"
+                is_error = w.role_of(event.source.get_parent()) == "alert"
                 self.announced.append((ASSERTIVE if is_error else POLITE, event.source.get_name()))
         except GLib.Error:
             pass  # it has gone meanwhile
@@ -190,7 +190,7 @@ class Assistive(BlackBox):
         self.window.press(w.DOWNLOAD)
         title, message = self.window.dialog()
         self.assertEqual(self.listener.waits_for((ASSERTIVE, message))[-1], (ASSERTIVE, message))
-        alert = next(each for each in self.window.all() if each.get_role_name() == "alert")
+        alert = next(each for each in self.window.all() if w.role_of(each) == "alert")
         self.assertEqual((alert.get_name(), alert.get_description()), (title, message))
         self.window.press(w.OK)
         w.until(lambda: self.window.find(w.OK) is None, "the alert has gone")
@@ -239,7 +239,7 @@ class Assistive(BlackBox):
         for pop_up in (w.RADIUS, w.ENDPOINT):
             self.assertEqual(list(w.captions(self.window.control(pop_up))), [pop_up[1]])
             caption = self.window.control(("label", pop_up[1]))
-            targets = [relation.get_target(0).get_role_name() for relation in caption.get_relation_set()
+            targets = [w.role_of(relation.get_target(0)) for relation in caption.get_relation_set()
                        if relation.get_relation_type() == Atspi.RelationType.LABEL_FOR]
             self.assertEqual(targets, ["combo box"])
         self.assertEqual(self.window.items(w.RADIUS), ["400 m", "800 m", "1,2 km", "2 km"])

@@ -135,7 +135,7 @@ class LargePrint(BlackBox):
         found = []
         for each in self.window.all()[1:]:  # without the application itself
             x, y, width, height = self.window.area(each)
-            found.append((each.get_role_name(), each.get_name(), (x - left, y - top, width, height)))
+            found.append((w.role_of(each), each.get_name(), (x - left, y - top, width, height)))
         self.program.terminate()
         self.assert_ended_well()
         return found
