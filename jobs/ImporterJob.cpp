@@ -84,17 +84,17 @@ ImporterJob::ImporterJob(JobPlan plan) : kind_(plan.kind), plan_(std::move(plan)
 ImporterJob::~ImporterJob() = default;
 
 std::error_code ImporterJob::start(Completion completion) {
-    const platform::UniqueFd log = std::move(plan_->log); // the tool's own from here on
-    child_ = platform::ChildProcess::make(commandOf(*plan_, log.get()));
+    const platform::UniqueFd log = std::move(plan_.log); // the tool's own from here on
+    child_ = platform::ChildProcess::make(commandOf(plan_, log.get()));
     const auto failure = child_->start(
         [self = shared_from_this(), completion = std::move(completion)](platform::ChildExit exit) {
             const auto ending = self->isStopped() ? Ending::Stopped : Ending::ByItself;
-            const JobReport report = finishJob(std::move(*self->plan_), exit, ending);
+            const JobReport report = finishJob(std::move(self->plan_), exit, ending);
             platform::postToMain([self, completion, report] { completion(self, report); });
         });
     if (failure) {
         child_.reset();
-        plan_.reset();
+        const JobPlan gone = std::move(plan_); // and its folder with it
     }
     return failure;
 }

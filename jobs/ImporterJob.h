@@ -7,7 +7,6 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <system_error>
 
 namespace platform {
@@ -56,7 +55,7 @@ public:
 
 private:
     const JobKind kind_;
-    std::optional<JobPlan> plan_;                   // gone when its end has been worked on
+    JobPlan plan_;                                  // moved from when its end is worked on
     std::shared_ptr<platform::ChildProcess> child_; // written before the child runs
     std::atomic<bool> cancelRequested_ = false;     // read on the thread of the child's exit
 };

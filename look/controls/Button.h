@@ -12,7 +12,7 @@ enum class ButtonGlyph { None, Magnifier };
 
 // A push button whose title is literal text. Grows with its title unless a width is fixed; then the
 // title is elided, and what is its tooltip is the accessible description too. Main thread.
-class Button : public QPushButton, public Elidable {
+class Button final : public QPushButton, public Elidable {
     Q_OBJECT
 
 public:
