@@ -97,6 +97,9 @@ TEST_P(ShownDetail, has_the_sign_before_its_number_and_the_latitude_before_the_l
         const qsizetype begin = shown.lastIndexOf(coordinates);
         ASSERT_GE(begin, 0) << "the coordinates are not in one piece: " << detail.toStdString();
         EXPECT_TRUE(laid(detail).standsInOrder(begin, coordinates.size())) << detail.toStdString();
+        // A tooltip lays its text out in the window's direction, whatever the text's own is.
+        EXPECT_TRUE(Laid(shown, GetParam()).standsInOrder(begin, coordinates.size()))
+            << "tooltip: " << detail.toStdString();
     }
 }
 
