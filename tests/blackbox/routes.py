@@ -5,14 +5,17 @@ from harness import BlackBox, w
 BERLIN, MUNICH, LEIPZIG = walk.STATIONS
 FINISHED = walk.FINISHED_ROUTE
 CANCELLED = "Routenberechnung abgebrochen. Deine Stationen bleiben erhalten."
+CHOSEN = "Treffer ausgewählt. Füge ihn deiner Route als Station hinzu."
+FIRST = "Start gesetzt. Suche jetzt dein Ziel und füge es als Station hinzu."
+ADDED = "Station hinzugefügt. Reihenfolge prüfen und Route berechnen."
+MOVED = "Reihenfolge geändert. Die Route wird in dieser Reihenfolge berechnet."
 REMOVED = "Station entfernt. Mindestens zwei Stationen bilden eine Route."
 PROGRESS = "{} und Gelände werden für Norvaxel 3D geladen. Lange Strecken brauchen einige Minuten …"
 COMPUTING = PROGRESS.format("Route, Gebäude")
-FAILURE_TITLE = "Route konnte nicht berechnet werden"
 
 
-def failed(detail):
-    return f"Berechnung fehlgeschlagen: {detail}"
+def numbered(*names):
+    return [f"{number} · {name}" for number, name in enumerate(names, 1)]
 
 
 class RouteCase(BlackBox):
@@ -39,9 +42,6 @@ class RouteCase(BlackBox):
     def stations(self):
         """The rows of the station list, as far as a station's name goes."""
         return [row.split("\n")[0] for row in self.window.rows(w.STATIONS)]
-
-    def selected_station(self):
-        return self.window.selected_row(w.STATIONS)
 
     def compute(self, answer=FINISHED):
         self.window.press(w.CALCULATE)

@@ -7,10 +7,9 @@ that lies in an alert is an error.
 import unittest
 
 from harness import CANCELLED, CHOOSE, CHOSEN, FINISHED, LOADING, READY, BlackBox, w
-from routes import BERLIN, COMPUTING, LEIPZIG, MUNICH, REMOVED
+from routes import ADDED, BERLIN, COMPUTING, FIRST, LEIPZIG, MOVED, MUNICH, REMOVED, numbered
+from routes import CHOSEN as PLACE_CHOSEN
 from routes import FINISHED as ROUTE_FINISHED
-from test_route_road import ADDED, FIRST, MOVED, numbered
-from test_route_road import CHOSEN as PLACE_CHOSEN
 from test_window import PREFERENCE, ROUTE_READY
 from window import Atspi, GLib
 

@@ -5,7 +5,7 @@ import re
 import sys
 import unittest
 
-from harness import CHOSEN, FINISHED, LOADING, ROOT, BlackBox, mode, w
+from harness import FINISHED, LOADING, ROOT, BlackBox, mode, w
 
 sys.path.insert(0, str(ROOT / "tests/sandbox"))
 import schemas  # noqa: E402
@@ -42,23 +42,6 @@ class PlaceRoad(BlackBox):
         self.assertEqual({name: value for name, value in request["headers"]},
                          {"Host": "photon.komoot.io", "Accept": "application/json",
                           "User-Agent": "Norvaxel-Ortsimport/0.5"})
-
-    def test_results_are_shown_with_their_address_and_one_can_be_chosen(self):
-        self.start()
-        self.assertTrue(self.window.focused(w.QUERY), "the cursor starts in the search field")
-        self.window.says("Ergebnisse erscheinen nach der Suche")
-        self.assertFalse(self.window.enabled(w.DOWNLOAD))
-        self.search("Berlin")
-        self.window.says("8 Treffer · bitte den richtigen Ort auswählen")
-        rows = self.rows()
-        self.assertEqual(len(rows), 8)
-        self.assertEqual(rows[0], "Berlin\nDeutschland · 52.5174, 13.3951")
-        self.assertEqual(rows[1], "Berlin\n03570, Coös County, New Hampshire, Vereinigte Staaten"
-                                  " · 44.4687, -71.1850")
-        self.assertFalse(self.window.enabled(w.DOWNLOAD), "nothing is selected yet")
-        self.window.select(w.RESULTS, 1)
-        self.window.says(CHOSEN)
-        self.assertTrue(self.window.enabled(w.DOWNLOAD))
 
     def test_an_import_leaves_exactly_the_package_the_pointer_and_the_log(self):
         self.start()
@@ -144,58 +127,6 @@ class PlaceRoad(BlackBox):
         for control in (w.QUERY, w.SEARCH, w.RADIUS, w.ENDPOINT, w.LANGUAGE, w.DOWNLOAD):
             self.assertTrue(self.window.enabled(control), control[1])
         self.assert_nothing_temporary()
-
-    def test_a_data_service_is_passed_on_by_its_address(self):
-        services = {"Overpass · Standard": "https://overpass-api.de/api/interpreter",
-                    "Overpass · Alternative": "https://maps.mail.ru/osm/tools/overpass/api/interpreter"}
-        self.start()
-        for number, (title, address) in enumerate(services.items()):
-            with self.subTest(title):
-                self.window.choose(w.ENDPOINT, title)
-                self.assertEqual(self.window.text(w.ENDPOINT_FIELD), address)
-                self.assertFalse(self.window.editable(w.ENDPOINT_FIELD))
-                self.import_first("Hamburg")
-                self.assertEqual(self.importer_events()[number]["argv"][12:],
-                                 ["--endpoint", address, "--3d"])
-                package = pathlib.Path(self.importer_events()[number]["argv"][11])
-                record = (package / "import-choice.json").read_text(encoding="utf-8")
-                assert_as_documented(self, "import-choice", record)
-                choice = json.loads(record)
-                self.assertEqual((choice["source"], choice["endpoint"]), (title, address))
-
-    def test_a_service_of_ones_own_is_passed_on_trimmed(self):
-        self.start()
-        self.window.choose(w.ENDPOINT, "Eigene HTTPS-Adresse")
-        self.assertEqual(self.window.text(w.ENDPOINT_FIELD), "")
-        self.assertTrue(self.window.editable(w.ENDPOINT_FIELD))
-        self.window.type(w.ENDPOINT_FIELD, "  https://karten.example.org/api?zone=1 ")
-        self.import_first("Wien")
-        self.assertEqual(self.importer_event()["argv"][12:],
-                         ["--endpoint", "https://karten.example.org/api?zone=1", "--3d"])
-        (package,) = self.packages()
-        assert_as_documented(self, "import-choice", (package / "import-choice.json").read_text(encoding="utf-8"))
-
-    def test_each_import_gets_a_folder_of_its_own_and_the_pointer_leads_to_the_last(self):
-        self.start(NORVAXEL_SANDBOX_SECONDS="0")
-        for _ in range(3):
-            self.import_first("東京")
-        packages = [pathlib.Path(each["argv"][11]) for each in self.importer_events()]
-        self.assertEqual(len(set(packages)), 3)
-        for package in packages:
-            self.assertRegex(package.name, r"^tokio-\d{8}-\d{6}-[0-9A-F]{6}$")
-        self.assertEqual((self.support / "last-import.txt").read_text(), f"{packages[-1]}/origin.nxd\n")
-
-    def test_without_a_data_folder_of_its_own_the_package_goes_below_home(self):
-        self.start(XDG_DATA_HOME=None)
-        self.import_first("Rom")
-        pointer = self.home / ".local/share/Norvaxel/Norvaxel 3D/last-import.txt"
-        self.assertTrue(pathlib.Path(pointer.read_text().strip()).exists())
-
-    def test_a_relative_data_folder_is_no_data_folder(self):
-        self.start(XDG_DATA_HOME="data")
-        self.import_first("Rom")
-        self.assertTrue((self.home / ".local/share/Norvaxel/Norvaxel 3D/last-import.txt").exists())
-        self.assertEqual(list(self.data.iterdir()), [])
 
 
 if __name__ == "__main__":

@@ -3,22 +3,13 @@ import json
 import pathlib
 import unittest
 
-import x11
 from harness import mode, w
-from routes import BERLIN, FINISHED, LEIPZIG, MUNICH, PROGRESS, REMOVED, RouteCase
+from routes import BERLIN, FINISHED, MUNICH, PROGRESS, RouteCase, numbered
 from test_place_road import UUID, assert_handed_over
 
-CHOSEN = "Treffer ausgewählt. Füge ihn deiner Route als Station hinzu."
-FIRST = "Start gesetzt. Suche jetzt dein Ziel und füge es als Station hinzu."
-ADDED = "Station hinzugefügt. Reihenfolge prüfen und Route berechnen."
-MOVED = "Reihenfolge geändert. Die Route wird in dieser Reihenfolge berechnet."
 ROUTING = "https://routing.openstreetmap.de/routed-car/route/v1/driving"
 TRAVEL = (("car", w.CAR, "Route, Gebäude", []), ("train", w.TRAIN, "Gleisverlauf, Gebäude", ["--travel", "rail"]),
           ("flight", w.FLIGHT, "Flugbogen, Gebäude", ["--travel", "flight"]))
-
-
-def numbered(*names):
-    return [f"{number} · {name}" for number, name in enumerate(names, 1)]
 
 
 class RouteRoad(RouteCase):
@@ -84,75 +75,6 @@ class RouteRoad(RouteCase):
         self.assertEqual(mode(log) & 0o077, 0, "the log stays private")
         self.assert_nothing_temporary()
         self.window.control(w.FINDER)
-
-    def test_a_routing_service_of_ones_own_is_passed_on_trimmed(self):
-        self.start_round_trip()
-        self.window.type(w.ROUTING_FIELD, "  HTTPS://routen.example.org:8443/auto ")
-        self.compute()
-        self.assertEqual(self.importer_event()["argv"][6:], ["--endpoint", "HTTPS://routen.example.org:8443/auto",
-                                                             "--3d"])
-
-    def test_an_import_and_a_route_have_pointers_of_their_own(self):
-        self.start()
-        self.import_first()
-        self.window.press(w.ROUTE_MODE)
-        self.window.press(w.ADD_STATION)
-        self.window.says("Stationen · 1 / 32")
-        self.add_selected()
-        self.compute()
-        self.assertEqual(sorted(each.name for each in self.support.iterdir()),
-                         ["Ortsdaten", "Routen", "last-import.txt", "last-route.txt", "letzter-import.log"])
-        self.assertTrue((self.support / "letzter-import.log").read_text(encoding="utf-8").startswith("Route: 0 %\n"))
-
-
-class RouteStations(RouteCase):
-    """Collecting, ordering and removing stations."""
-
-    def test_stations_are_moved_and_removed_by_keys(self):
-        self.start_route(BERLIN, MUNICH, LEIPZIG)
-        self.window.select(w.STATIONS, 2)
-        self.assert_edits(lambda: x11.press("Alt+Up"), lambda: x11.press("Alt+Down"),
-                          lambda: x11.press("Delete"))
-
-    def assert_edits(self, up, down, remove):
-        """Walks the last of three stations to the top and back and removes all of them."""
-        self.assertEqual(self.selected_station(), 2, "what was added last is selected")
-        self.assertFalse(self.window.enabled(w.STATION_DOWN))
-        self.edit(up, (BERLIN, LEIPZIG, MUNICH), 1, MOVED)
-        self.edit(up, (LEIPZIG, BERLIN, MUNICH), 0, MOVED)
-        self.assertFalse(self.window.enabled(w.STATION_UP))
-        self.edit(down, (BERLIN, LEIPZIG, MUNICH), 1, MOVED)
-        self.edit(down, (BERLIN, MUNICH, LEIPZIG), 2, MOVED)
-        self.edit(remove, (BERLIN, MUNICH), 1, REMOVED)
-        self.window.select(w.STATIONS, 0)
-        self.edit(remove, (MUNICH,), 0, REMOVED)
-        self.assertFalse(self.window.enabled(w.CALCULATE), "one station is no route")
-        self.edit(remove, (), -1, REMOVED)
-        for control in (w.REMOVE_STATION, w.STATION_UP, w.STATION_DOWN):
-            self.assertFalse(self.window.enabled(control), control[1])
-
-    def edit(self, act, order, selected, says):
-        act()
-        # First the number, so that no row is asked for that is just going.
-        self.window.says(f"Stationen · {len(order)} / 32")
-        w.until(lambda: self.stations() == numbered(*order), f"the order is {order}", w.SECONDS,
-                self.window.describe)
-        self.window.says(says)
-        self.assertEqual(self.selected_station(), selected)
-
-    def test_a_double_click_and_return_on_a_result_add_it(self):
-        self.start("--route")
-        self.search("Berlin")
-        self.window.click(w.RESULTS, 1, "b1d")
-        self.window.says("Stationen · 1 / 32")
-        self.assert_says_in_grey(FIRST)
-        self.search(MUNICH)
-        self.window.select(w.RESULTS, 0)
-        self.window.says(CHOSEN)
-        self.window.key(w.KEY_RETURN)
-        self.window.says("Stationen · 2 / 32")
-        self.assertEqual(self.stations(), numbered("Berlin", MUNICH))
-        self.assertIn("New Hampshire", self.window.rows(w.STATIONS)[0], "the row that was clicked")
 
 
 if __name__ == "__main__":

@@ -1,18 +1,15 @@
-"""Stopping a route by “Abbrechen”, whatever the importer does about it, and going on afterwards."""
-import os
+"""Stopping a route by “Abbrechen”, and by the end of the program."""
 import pathlib
 import signal
 import time
 import unittest
 
+import x11
 from harness import processes, w
 from routes import CANCELLED, COMPUTING, FINISHED, RouteCase
 
 
 class Stopping(RouteCase):
-    def cancel(self):
-        self.window.press(w.CANCEL)
-
     def assert_stopped(self, leader):
         self.assert_says_in_grey(CANCELLED)
         self.assert_idle()
@@ -30,46 +27,9 @@ class Stopping(RouteCase):
         for number in range(2):
             leader = self.start_computing(number)
             self.importer_event("listening", number)
-            self.cancel()
+            self.window.press(w.CANCEL)
             self.importer_event("obeyed", number)
             self.assert_stopped(leader)
-
-    def test_an_importer_that_ignores_the_request_is_killed_after_two_seconds(self):
-        self.importer_behaves("ignore-term")
-        self.start_round_trip()
-        leader = self.start_computing()
-        self.importer_event("ignoring")
-        begin = time.monotonic()
-        self.cancel()
-        self.window.says(CANCELLED)
-        self.assertGreater(time.monotonic() - begin, 1.9, "it is given its time")
-        self.assert_stopped(leader)
-
-    def test_children_of_an_importer_that_obeys_are_ended_with_it(self):
-        self.importer_behaves("children", SECONDS=60)
-        self.start_round_trip()
-        leader = self.start_computing()
-        child = self.importer_event("child")["pid"]
-        self.assertEqual(sorted(processes.group(leader)), sorted([leader, child]))
-        self.cancel()
-        self.assert_stopped(leader)
-
-    def test_children_of_an_importer_that_ends_by_itself_are_left_alone(self):
-        self.importer_behaves("children", SECONDS=0)
-        self.start_round_trip()
-        self.compute()
-        leader, child = self.importer_event()["pid"], self.importer_event("child")["pid"]
-        self.assertEqual(processes.group(leader), [child], "it was nobody's wish to stop it")
-        os.kill(child, signal.SIGKILL)
-        self.assert_group_gone(leader)
-
-    def test_an_importer_that_floods_its_log_is_stopped(self):
-        self.importer_behaves("flood-on")
-        self.start_round_trip()
-        leader = self.start_computing()
-        self.importer_event("flooding")
-        self.cancel()
-        self.assert_stopped(leader)
 
     def test_a_cancel_that_meets_the_importers_end_leaves_one_of_two_whole_outcomes(self):
         gate = self.folder / "gate"
@@ -100,7 +60,7 @@ class Stopping(RouteCase):
         gate = self.folder / "gate"
         self.start_round_trip(NORVAXEL_SANDBOX_GATE=gate)
         first = self.start_computing()
-        self.cancel()
+        self.window.press(w.CANCEL)
         stopped = time.monotonic()
         second = self.start_computing(number=1)
         self.assert_group_gone(first)
@@ -117,31 +77,32 @@ class Stopping(RouteCase):
         self.assert_idle()
         self.assert_nothing_temporary()
 
-    def test_a_cancel_while_nothing_runs_has_no_effect(self):
-        self.start_round_trip()
-        said = self.window.labels()
-        self.window.key(w.KEY_ESCAPE)
-        # A key that comes later and is seen.
-        self.window.select(w.STATIONS, 1)
-        self.window.key(w.KEY_HOME)
-        w.until(lambda: self.window.selected_row(w.STATIONS) == 0, "the key moves the selection")
-        self.assertEqual(self.window.labels(), said)
-        self.assert_idle()
 
-    def test_a_cancelled_search_leaves_the_stations_and_can_be_repeated(self):
-        self.start_round_trip()
-        self.geocoder_behaves({"hang": True})
-        self.window.press(w.SEARCH)
-        w.until(lambda: len(self.requests()) == 2, "the search is under way")
-        self.cancel()
-        self.assert_says_in_grey("Suche abgebrochen.")
-        self.window.says("Suche abgebrochen")
-        w.until(lambda: self.requests("abandoned"), "curl was stopped")
-        self.assert_idle()
-        self.assertEqual(len(self.stations()), 2)
-        self.geocoder_behaves({})
-        self.search("Wien")
-        self.compute()
+class Quitting(RouteCase):
+    def test_by_every_road_while_a_job_runs(self):
+        roads = {"the window's button": lambda: x11.close_window(self.program.pid),
+                 "Ctrl+Q": lambda: x11.press("Ctrl+q"), "Ctrl+W": lambda: x11.press("Ctrl+w")}
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            roads[number.name] = lambda number=number: self.program.send_signal(number)
+        for name, road in roads.items():
+            with self.subTest(name):
+                self.record_file.unlink(missing_ok=True)
+                self.start_round_trip(NORVAXEL_SANDBOX_SECONDS="60")
+                leader = self.start_computing()
+                road()
+                self.assert_ended_well()
+                self.assertEqual(processes.group(leader), [])
+                self.assertTrue((self.support / "letzter-import.log").exists())
+                self.assertFalse((self.support / "last-route.txt").exists())
+                self.assert_nothing_temporary()
+
+    def test_a_crash_takes_the_importer_along(self):
+        self.start_round_trip(NORVAXEL_SANDBOX_SECONDS="60")
+        leader = self.start_computing()
+        self.program.kill()
+        self.expected_exit = -signal.SIGKILL
+        self.assert_ended_well()
+        self.assert_group_gone(leader)
 
 
 if __name__ == "__main__":
