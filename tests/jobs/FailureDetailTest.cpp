@@ -161,6 +161,9 @@ TEST_F(FailureDetail, route_cuts_at_500_without_splitting_a_character) {
     EXPECT_EQ(route("FEHLER: " + QByteArray(489, 'x') + "👨‍👩‍👧‍👦" +
                     QByteArray(100, 'y')),
               QString(489, u'x') + u"👨‍👩‍👧‍👦"_s);
+    // What an address takes is counted as it is shown.
+    EXPECT_EQ(route("FEHLER: " + QByteArray(490, 'x') + " https://a.example/b"),
+              QString(490, u'x') + u" [Datendie"_s);
     EXPECT_EQ(route(begin + "x" + "👨‍👩‍👧‍👦"), QString(500, u'x'));
     EXPECT_EQ(route(begin + "e\xcc\x81" + QByteArray(99, 'y')), QString(499, u'x') + u"e\u0301"_s);
 }

@@ -9,6 +9,13 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#ifdef __linux__
+#include <sys/inotify.h>
+#include <unistd.h>
+#endif
+
+#include <cstring>
+
 using namespace Qt::StringLiterals;
 using namespace jobs;
 
@@ -136,6 +143,27 @@ TEST_F(ImporterJobTest, the_kept_log_is_whole_however_long_and_its_owners_alone)
     EXPECT_EQ(modeOf(keptLog_), 0600U);
 }
 
+#ifdef __linux__
+// Whoever follows the pointer finds everything.
+TEST_F(ImporterJobTest, the_pointer_comes_after_the_files_of_the_package) {
+    QDir().mkpath(output_);
+    const platform::UniqueFd watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    for (const QString& folder : {support_, output_})
+        ::inotify_add_watch(watch.get(), qPrintable(folder), IN_MOVED_TO);
+    run(R"(touch "$1/origin.nxd" "$1/norvaxel3d.json")");
+    char bytes[4096];
+    const ssize_t size = ::read(watch.get(), bytes, sizeof bytes);
+    QByteArrayList names;
+    for (ssize_t at = 0; at < size;) {
+        inotify_event event{};
+        std::memcpy(&event, bytes + at, sizeof event);
+        names += bytes + at + sizeof event;
+        at += ssize_t(sizeof event + event.len);
+    }
+    EXPECT_EQ(names, QByteArrayList({"extra.json", "last-import.txt", "letzter-import.log"}));
+}
+#endif
+
 TEST_F(ImporterJobTest, a_stopped_job_is_cancelled_whatever_the_tool_says) {
     start("trap 'exit 0' TERM\n" + makePackage + "\necho ready\nwhile :; do sleep 0.01; done");
     QElapsedTimer patience;
@@ -148,19 +176,15 @@ TEST_F(ImporterJobTest, a_stopped_job_is_cancelled_whatever_the_tool_says) {
     EXPECT_TRUE(QFileInfo::exists(output_ + u"/origin.nxd"_s));
 }
 
-TEST_F(ImporterJobTest, a_failed_start_leaves_nothing_and_says_why) {
+TEST_F(ImporterJobTest, a_failed_start_leaves_nothing_but_the_last_log_and_says_why) {
+    write(keptLog_, "old");
     JobPlan broken = plan("exit 0");
     broken.tool = root_.filePath(u"none"_s);
     job_ = std::make_shared<ImporterJob>(std::move(broken));
     const auto failure = job_->start([this](const auto&, const JobReport&) { ++reports_; });
     EXPECT_EQ(failure, std::errc::no_such_file_or_directory);
     EXPECT_FALSE(QFileInfo::exists(temporary_));
+    EXPECT_EQ(contents(keptLog_), "old") << "of the last job that ran";
     QCoreApplication::processEvents();
     EXPECT_EQ(reports_, 0);
-}
-
-int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
 }

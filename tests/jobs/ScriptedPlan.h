@@ -47,7 +47,7 @@ protected:
     QTemporaryDir root_{JobFolders::systemFolder() + u"/jobs-XXXXXX"_s};
     const QString temporary_ = root_.filePath(u"job"_s);
     const QString support_ = root_.filePath(u"support"_s);
-    const QString output_ = root_.filePath(u"package"_s);
+    const QString output_ = root_.filePath(u"päckchen 東京"_s);
     const QString pointer_ = support_ + u"/last-import.txt"_s;
     const QString keptLog_ = support_ + u"/letzter-import.log"_s;
 };

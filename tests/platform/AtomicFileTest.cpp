@@ -1,10 +1,9 @@
 #include "platform/AtomicFile.h"
 
+#include "FullDisk.h"
 #include "TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <atomic>
@@ -15,27 +14,6 @@ using platform::Readers;
 using platform::replaceFile;
 
 namespace {
-
-// A disk that takes so many bytes of a file and no more.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes) {
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        handlerBefore_ = ::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{bytes, before_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-    ~FullDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &before_);
-        ::signal(SIGXFSZ, handlerBefore_);
-    }
-
-private:
-    rlimit before_{};
-    void (*handlerBefore_)(int) = nullptr;
-};
 
 TEST(AtomicFileTest, a_file_is_made_with_exactly_these_bytes) {
     const TemporaryFolder folder;

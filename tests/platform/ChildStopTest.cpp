@@ -3,7 +3,6 @@
 #include "ChildTest.h"
 #include "RunningChild.h"
 #include "WaitUntil.h"
-#include "platform/Background.h"
 #include "platform/ChildProcess.h"
 #include "platform/StopChild.h"
 
@@ -15,7 +14,6 @@
 #include <atomic>
 #include <chrono>
 #include <fstream>
-#include <random>
 #include <thread>
 
 using namespace std::chrono_literals;
@@ -183,49 +181,6 @@ TEST_F(ChildStopTest, any_number_of_threads_may_stop_one_child) {
             thread.join();
         EXPECT_EQ(child.reportedExit().kind, ChildExit::Kind::Signalled);
     }
-}
-
-// Two thousand lives, stopped at some time between before the child has come to itself and after it
-// has ended, politely or not.
-TEST_F(ChildStopTest, every_life_is_reported_exactly_once_whenever_it_is_stopped) {
-    constexpr int lives = 2000;
-    constexpr unsigned seed = 20261121;
-    std::mt19937 random(seed);
-    struct Counts {
-        std::atomic<int> reports = 0;
-        std::atomic<int> strange = 0;
-        std::atomic<int> bySignal = 0;
-    };
-    const auto counts = std::make_shared<Counts>();
-    std::vector<std::shared_ptr<std::atomic<int>>> perLife;
-    for (int life = 0; life < lives; ++life) {
-        const bool endsItself = random() % 2 == 0;
-        const auto delay = std::chrono::milliseconds(random() % 4);
-        const bool hard = random() % 2 == 0;
-        const auto child =
-            ChildProcess::make({.program = CHILD_HELPER,
-                                .arguments = endsItself ? std::vector<std::string>{"exit", "0"}
-                                                        : std::vector<std::string>{"hang"}});
-        perLife.push_back(std::make_shared<std::atomic<int>>(0));
-        ASSERT_FALSE(child->start([counts, own = perLife.back(), endsItself](ChildExit exit) {
-            ++*own;
-            ++counts->reports;
-            counts->bySignal += exit.kind == ChildExit::Kind::Signalled;
-            counts->strange += exit.kind == ChildExit::Kind::Unknown ||
-                               (!endsItself && exit.kind != ChildExit::Kind::Signalled);
-        })) << "life "
-            << life;
-        const auto stop = [child, hard] { hard ? child->kill() : child->terminate(); };
-        if (delay == 0ms)
-            stop();
-        else
-            platform::runAfter(delay, stop);
-    }
-    EXPECT_TRUE(waitUntil([&] { return counts->reports == lives; }));
-    EXPECT_EQ(counts->strange, 0);
-    EXPECT_GT(counts->bySignal, lives / 4) << "the stops came too late to test anything";
-    for (const auto& reports : perLife)
-        ASSERT_EQ(*reports, 1);
 }
 
 } // namespace

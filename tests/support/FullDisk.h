@@ -4,15 +4,15 @@
 
 #include <csignal>
 
-// No file can grow while this lives, as on a full disk.
+// While this lives no file can grow beyond so many bytes, as on a full disk.
 class FullDisk {
 public:
-    FullDisk() {
+    explicit FullDisk(rlim_t bytes = 0) {
         // Instead of the error there would be a signal.
         former_ = std::signal(SIGXFSZ, SIG_IGN);
         getrlimit(RLIMIT_FSIZE, &limit_);
-        const rlimit none{0, limit_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &none);
+        const rlimit smaller{bytes, limit_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &smaller);
     }
     FullDisk(const FullDisk&) = delete;
     FullDisk& operator=(const FullDisk&) = delete;
