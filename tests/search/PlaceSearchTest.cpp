@@ -1,13 +1,8 @@
 #include "search/PlaceSearch.h"
 
-#include "ChildTest.h"
-#include "TemporaryFolder.h"
-#include "WaitUntil.h"
-
 #include <QCoreApplication>
-#include <QUrlQuery>
 
-#include <sys/stat.h>
+#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 using namespace search;
@@ -186,53 +181,6 @@ TEST_F(PlaceSearchTest, its_end_drops_the_request_and_reports_nothing) {
     turn();
     EXPECT_EQ(asked->drops, 1);
     EXPECT_TRUE(ends_.isEmpty());
-}
-
-// With the real request, whose curl is a line of shell script.
-class RealPlaceSearchTest : public ChildTest {
-protected:
-    PlaceSearch::Request through(const std::string& script) {
-        write(folder_ / "curl", "#!/bin/sh\n" + script + "\n");
-        EXPECT_EQ(::chmod((folder_ / "curl").c_str(), 0755), 0);
-        return [this](const QUrl& url, NXPhotonSearch::Completion completion) {
-            auto request = NXPhotonSearch::make(say, {.program = (folder_ / "curl").string()});
-            request->start(url, std::move(completion));
-            return [request] { request->cancel(); };
-        };
-    }
-
-    bool turnUntil(const std::function<bool()>& holds) {
-        return waitUntil([&] {
-            turn();
-            return holds();
-        });
-    }
-
-    const TemporaryFolder folder_;
-    QStringList ends_;
-    const PlaceSearch::Ended note_ = [this](const QString& failure) { ends_ += failure; };
-};
-
-TEST_F(RealPlaceSearchTest, finds_what_curl_brings) {
-    PlaceSearch search(geocoder, say, note_,
-                       through("cat <<'END'\n" + twoPlaces.toStdString() + "\nEND\nprintf 200"));
-    search.begin(u"Ulm"_s);
-    EXPECT_TRUE(turnUntil([&] { return !search.isRunning(); }));
-    EXPECT_EQ(search.found().rows.size(), 2);
-    EXPECT_EQ(search.found().response, twoPlaces);
-}
-
-TEST_F(RealPlaceSearchTest, a_stop_ends_curl_and_a_failure_is_said) {
-    PlaceSearch search(geocoder, say, note_, through("exec \"" CHILD_HELPER "\" hang"));
-    search.begin(u"Ulm"_s);
-    search.stop();
-    EXPECT_TRUE(turnUntil([] { return livingDescendants().empty(); }));
-    EXPECT_TRUE(ends_.isEmpty());
-
-    PlaceSearch failing(geocoder, say, note_, through("exit 7"));
-    failing.begin(u"Ulm"_s);
-    EXPECT_TRUE(turnUntil([&] { return !failing.isRunning(); }));
-    EXPECT_EQ(ends_, QStringList{say(SearchFailure::Unreachable)});
 }
 
 } // namespace
