@@ -4,6 +4,7 @@
 #include "look/controls/PlaceListModel.h"
 #include "look/style/Colours.h"
 #include "look/style/ToolTip.h"
+#include "look/text/Fonts.h"
 #include "look/text/Label.h"
 
 #include <QAccessible>
@@ -61,11 +62,15 @@ const QRect nameBox(4, 5, 390, 20);
 const QRect detailBox(4, 28, 390, 15);
 
 TEST_F(PlaceListTest, rows_are_drawn_as_they_are_written) {
-    const int plain = ink(drawn(u"x"_s), nameBox).width();
-    for (const char* text : {"<b>x</b>", "&lt;x", "<img src=x>"}) {
-        const QString written = QString::fromLatin1(text);
-        EXPECT_GT(ink(drawn(written), nameBox).width(), 2 * plain) << text;
-        EXPECT_GT(ink(drawn({}, written), detailBox).width(), 2 * plain) << text;
+    const QFontMetricsF metrics(look::font(14, QFont::Medium));
+    for (const char16_t* text : {u"<b>x</b>", u"&lt;x", u"<img src=x>", u"%@ %1 %lu %s %n",
+                                 u"A & B && C", u"🎬👩‍👩‍👧‍👦🏳️‍🌈",
+                                 u"القاهرة 12", u"\u202eabc\u202c \u2067def\u2069"}) {
+        const QString written = QString::fromUtf16(text);
+        // The ink ends where the last letter does, the metrics where the next one would begin.
+        EXPECT_NEAR(ink(drawn(written), nameBox).width(), metrics.horizontalAdvance(written), 4)
+            << written.toStdString();
+        EXPECT_GT(ink(drawn({}, written), detailBox).width(), 15) << written.toStdString();
     }
 }
 
