@@ -189,29 +189,6 @@ TEST_F(KeyboardTest, a_route_is_collected_ordered_and_computed) {
     expectFocus(u"downloadButton"_s);
 }
 
-TEST_F(KeyboardTest, escape_cancels_a_search_and_a_job_from_anywhere) {
-    start();
-    hang();
-    typeAndSearch(u"Berlin"_s, says::searching);
-    tabTo(u"radius"_s);
-    press(Qt::Key_Escape);
-    EXPECT_EVENTUALLY(status() == says::searchCancelled);
-    expectFocus(u"radius"_s);
-
-    geocoder.reset();
-    importer->useStandIn("60");
-    backTo(u"query"_s);
-    press(Qt::Key_Return);
-    ASSERT_EVENTUALLY(status() == says::choose);
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    press(Qt::Key_Space);
-    ASSERT_EQ(status(), says::loading);
-    press(Qt::Key_Escape);
-    EXPECT_EVENTUALLY(status() == says::importCancelled);
-    expectFocus(u"downloadButton"_s);
-}
-
 TEST_F(KeyboardTest, a_language_is_chosen_and_confirmed) {
     start();
     tabTo(u"languageButton"_s);
@@ -253,24 +230,6 @@ TEST_F(KeyboardTest, alt_leads_into_the_menus_and_out_again) {
     expectFocus(u"query"_s);
 }
 
-TEST_F(KeyboardTest, the_menu_and_its_shortcut_end_the_program) {
-    const std::function<void()> ways[] = {
-        [] { press(Qt::Key_Q, Qt::ControlModifier); },
-        [] { press(Qt::Key_W, Qt::ControlModifier); },
-        [] {
-            press(Qt::Key_Alt, Qt::AltModifier);
-            press(Qt::Key_Down);
-            press(Qt::Key_Return);
-        },
-    };
-    for (const auto& way : ways) {
-        start();
-        EXPECT_EQ(runToTheEnd(way), 0);
-        EXPECT_FALSE(window()->isVisible());
-        end();
-    }
-}
-
 // The keyboard's own order of a chord: the menus must not take the Alt of Alt and Up for theirs.
 TEST_F(KeyboardTest, alt_as_a_part_of_a_shortcut_leads_nowhere) {
     startWithStations({u"A"_s, u"B"_s});
@@ -300,50 +259,6 @@ TEST_F(KeyboardTest, a_search_by_its_button_leads_to_cancel_and_then_to_the_resu
     EXPECT_EQ(window()->selectedResult(), -1) << "the choice is the person's";
     press(Qt::Key_Down);
     EXPECT_EQ(window()->selectedResult(), 0) << "an arrow begins with the first";
-}
-
-TEST_F(KeyboardTest, a_search_without_a_result_leads_back_to_its_button) {
-    start();
-    const struct {
-        QJsonObject behaviour;
-        std::function<void()> meanwhile;
-    } ends[] = {
-        {withBody(answer({})), [] {}},
-        {{{"status"_L1, 500}}, [] {}},
-        {{{"hang"_L1, true}}, [] { press(Qt::Key_Space); }}, // on "Abbrechen"
-        {{{"hang"_L1, true}}, [] { press(Qt::Key_Escape); }},
-    };
-    type(u"Berlin"_s);
-    tabTo(u"searchButton"_s);
-    for (const auto& [behaviour, meanwhile] : ends) {
-        geocoder.behave(behaviour);
-        press(Qt::Key_Space);
-        ASSERT_EVENTUALLY(isBusy());
-        expectFocus(u"cancelButton"_s);
-        meanwhile();
-        ASSERT_EVENTUALLY(!isBusy());
-        expectFocus(u"searchButton"_s);
-    }
-}
-
-TEST_F(KeyboardTest, who_has_moved_on_during_a_search_stays_there) {
-    start();
-    for (const QString& name : {u"radius"_s, u"table"_s, u"query"_s}) {
-        SCOPED_TRACE(name.toStdString());
-        tabTo(u"query"_s);
-        press(Qt::Key_A, Qt::ControlModifier);
-        type(u"Berlin"_s);
-        tabTo(u"searchButton"_s);
-        hang();
-        press(Qt::Key_Space);
-        ASSERT_EVENTUALLY(isBusy());
-        expectFocus(u"cancelButton"_s);
-        tabTo(name);
-        geocoder.reset();
-        press(Qt::Key_Escape);
-        ASSERT_EVENTUALLY(!isBusy());
-        expectFocus(name);
-    }
 }
 
 TEST_F(KeyboardTest, a_job_leads_to_cancel_and_back_however_it_ends) {
@@ -379,65 +294,6 @@ TEST_F(KeyboardTest, a_job_leads_to_cancel_and_back_however_it_ends) {
     }
 }
 
-TEST_F(KeyboardTest, a_refused_job_leaves_the_keyboard_where_it_was) {
-    start();
-    typeAndSearch(u"Berlin"_s);
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    press(Qt::Key_Space); // there is no importer
-    EXPECT_EVENTUALLY(statusIsRed());
-    expectFocus(u"downloadButton"_s);
-}
-
-TEST_F(KeyboardTest, a_button_with_nothing_left_to_do_leads_to_its_list) {
-    startWithStations({u"A"_s, u"B"_s, u"C"_s});
-    const auto pressButton = [&](const char* name) {
-        button(name)->setFocus(Qt::TabFocusReason);
-        press(Qt::Key_Space);
-        EXPECT_EVENTUALLY(!button(name)->isDown());
-    };
-    press(Qt::Key_Tab);
-    pressButton("moveStationUpButton");
-    expectFocus(u"moveStationUpButton"_s);
-    pressButton("moveStationUpButton");
-    expectFocus(u"stationTable"_s);
-    EXPECT_EQ(selectedStation(), 0);
-    pressButton("moveStationDownButton");
-    pressButton("moveStationDownButton");
-    expectFocus(u"stationTable"_s);
-    EXPECT_EQ(selectedStation(), 2);
-    for (int left = 2; left > 0; --left) {
-        pressButton("removeStationButton");
-        expectFocus(u"removeStationButton"_s);
-    }
-    pressButton("removeStationButton");
-    expectFocus(u"stationTable"_s);
-
-    for (int count = 0; count < 31; ++count)
-        click(button("addStationButton"));
-    pressButton("addStationButton");
-    EXPECT_EQ(stations().size(), 32);
-    expectFocus(u"stationTable"_s);
-    press(Qt::Key_Delete, 32);
-    EXPECT_EQ(stations().size(), 0);
-    expectFocus(u"stationTable"_s);
-}
-
-TEST_F(KeyboardTest, a_station_button_during_a_search_leads_to_its_list_and_not_to_cancel) {
-    startWithStations({u"A"_s});
-    hang();
-    field("query")->setFocus();
-    press(Qt::Key_Return);
-    ASSERT_TRUE(isBusy());
-    tabTo(u"removeStationButton"_s);
-    press(Qt::Key_Space);
-    EXPECT_EVENTUALLY(stations().isEmpty());
-    expectFocus(u"stationTable"_s);
-    press(Qt::Key_Escape);
-    EXPECT_EVENTUALLY(!isBusy());
-    expectFocus(u"stationTable"_s);
-}
-
 // Assistive technology changes the mode without the focus being there.
 TEST_F(KeyboardTest, a_half_that_goes_leads_to_the_mode) {
     start();
@@ -456,16 +312,6 @@ TEST_F(KeyboardTest, a_half_that_goes_leads_to_the_mode) {
         ASSERT_TRUE(segments("mode").at(mode)->isChecked());
         expectFocus(QLatin1StringView(name) == "query"_L1 ? u"query"_s : u"mode"_s);
     }
-}
-
-TEST_F(KeyboardTest, an_emptied_result_list_leads_from_its_button_to_the_list) {
-    start();
-    typeAndSearch(u"Berlin"_s);
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    expectFocus(u"downloadButton"_s);
-    field("query")->setText(u"Bonn"_s); // as assistive technology does
-    expectFocus(u"table"_s);
 }
 
 // A neighbour that has the focus for a moment would be read out.

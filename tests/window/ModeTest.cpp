@@ -48,25 +48,6 @@ TEST_F(ModeTest, a_change_of_mode_keeps_everything_that_was_chosen) {
     EXPECT_EQ(field("routeEndpointField")->text(), routing);
 }
 
-TEST_F(ModeTest, a_change_of_mode_shows_that_modes_half) {
-    start();
-    for (const int mode : {1, 0, 1}) {
-        chooseMode(mode);
-        for (const char* name : {"routePane", "routeOptions"})
-            EXPECT_EQ(control(name)->isVisible(), mode == 1) << name;
-        for (const char* name : {"mapOptions", "endpointField"})
-            EXPECT_EQ(control(name)->isVisible(), mode == 0) << name;
-        EXPECT_EQ(button("downloadButton")->title(),
-                  mode == 1 ? u"Route berechnen"_s : u"Ortsdaten laden"_s);
-        EXPECT_EQ(text("subtitle"),
-                  mode == 1
-                      ? u"Deine Stationen. Straßen, Gebäude und Gelände entlang der Strecke."_s
-                      : u"Ortsdaten mit Gebäuden und Gelände für Norvaxel 3D"_s);
-        EXPECT_TRUE(text("credit").startsWith(mode == 1 ? u"Photon · OSRM"_s
-                                                        : u"Photon · OpenStreetMap"_s));
-    }
-}
-
 TEST_F(ModeTest, a_change_of_mode_replaces_the_status_even_an_error) {
     start();
     key(field("query"), Qt::Key_Return);
@@ -88,19 +69,6 @@ TEST_F(ModeTest, a_click_on_the_mode_that_is_on_changes_nothing) {
     chooseMode(0);
     EXPECT_EQ(status(), says::choose);
     EXPECT_TRUE(segments("mode").at(0)->isChecked());
-}
-
-TEST_F(ModeTest, a_route_without_stations_cannot_be_computed) {
-    importer->useStandIn();
-    start(Mode::Route);
-    searchResults(u"Berlin"_s);
-    clickRow(0);
-    EXPECT_FALSE(control("downloadButton")->isEnabled());
-    // What assistive technology or a late event might still do.
-    Q_EMIT button("downloadButton")->clicked();
-    settle();
-    EXPECT_FALSE(isBusy());
-    EXPECT_EQ(importer->records("started").size(), 0);
 }
 
 TEST_F(ModeTest, each_data_service_brings_its_address) {
@@ -145,20 +113,6 @@ TEST_F(ModeTest, a_data_service_can_be_chosen_while_a_search_runs) {
     EXPECT_EQ(status(), says::searching);
     click(button("cancelButton"));
     EXPECT_EQ(field("endpointField")->text(), u"https://a.example"_s);
-}
-
-TEST_F(ModeTest, the_wheel_changes_no_option) {
-    start();
-    for (const char* name : {"radius", "endpoint"}) {
-        look::PopUp* options = popUp(name);
-        const int before = options->currentIndex();
-        options->setFocus();
-        const QPointF middle = options->rect().center();
-        QWheelEvent wheel(middle, options->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(options, &wheel);
-        EXPECT_EQ(options->currentIndex(), before) << name;
-    }
 }
 
 } // namespace

@@ -17,32 +17,6 @@ protected:
     }
 };
 
-TEST_F(ResultsTest, an_empty_list_has_no_rows_and_a_text_instead) {
-    start();
-    EXPECT_EQ(model()->rowCount(), 0);
-    EXPECT_TRUE(control("placeholder")->isVisible());
-    searchResults(u"Berlin"_s);
-    EXPECT_EQ(model()->rowCount(), 8);
-    EXPECT_FALSE(control("placeholder")->isVisible());
-    EXPECT_EQ(text("placeholder"), u"Keine passenden Orte gefunden"_s);
-    field("query")->clear();
-    EXPECT_EQ(model()->rowCount(), 0);
-    EXPECT_TRUE(control("placeholder")->isVisible());
-}
-
-TEST_F(ResultsTest, a_row_is_read_as_its_name_and_its_detail) {
-    geocoder.behave(withBody(answer({feature(u"Ulm"_s, {{"country"_L1, u"Deutschland"_s}})})));
-    start();
-    searchResults(u"Ulm"_s);
-    const QModelIndex row = model()->index(0, 0);
-    EXPECT_EQ(row.data(Qt::DisplayRole), u"Ulm"_s);
-    EXPECT_EQ(row.data(look::PlaceListModel::detailRole), u"Deutschland · 52.0000, 13.0000"_s);
-    EXPECT_EQ(row.data(Qt::AccessibleTextRole), u"Ulm\nDeutschland · 52.0000, 13.0000"_s);
-    EXPECT_EQ(rows(), QStringList(u"Ulm\nDeutschland · 52.0000, 13.0000"_s));
-    const QPoint middle = list("table")->visualRect(row).center();
-    EXPECT_EQ(toolTipAt(list("table")->viewport(), middle), u"Deutschland · 52.0000, 13.0000"_s);
-}
-
 TEST_F(ResultsTest, choosing_a_place_says_what_comes_next) {
     start();
     searchResults(u"Berlin"_s);
@@ -139,16 +113,6 @@ TEST_F(ResultsTest, new_results_are_not_chosen_and_start_at_the_top) {
     EXPECT_EQ(window()->selectedResult(), -1);
     EXPECT_EQ(status(), says::choose);
     EXPECT_GE(list("table")->visualRect(model()->index(0, 0)).top(), 0);
-}
-
-TEST_F(ResultsTest, five_whole_rows_are_seen) {
-    start();
-    searchResults(u"Berlin"_s);
-    const QRect seen = list("table")->viewport()->rect();
-    EXPECT_TRUE(seen.contains(list("table")->visualRect(model()->index(0, 0))));
-    const QRect fifth = list("table")->visualRect(model()->index(4, 0));
-    EXPECT_TRUE(seen.contains(QRect(fifth.topLeft(), QSize(fifth.width(), 48))));
-    EXPECT_EQ(fifth.top() - list("table")->visualRect(model()->index(3, 0)).top(), 50);
 }
 
 } // namespace

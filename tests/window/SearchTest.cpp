@@ -78,20 +78,6 @@ TEST_F(SearchTest, while_it_runs_only_what_it_does_not_disturb_can_be_used) {
     }
 }
 
-TEST_F(SearchTest, the_query_reaches_the_server_as_typed) {
-    start();
-    searchToTheEnd(u"  C++ & #1 100% ä 東京 🎬 "_s);
-    const auto requests = geocoder.records("request");
-    ASSERT_EQ(requests.size(), 1);
-    EXPECT_EQ(requests.first().value("path"_L1).toString(), u"/api/"_s);
-    EXPECT_EQ(requests.first().value("query"_L1).toString(),
-              u"q=C%2B%2B%20%26%20%231%20100%25%20%C3%A4%20%E6%9D%B1%E4%BA%AC%20%F0%9F%8E%AC"
-              "&limit=8&lang=de"_s);
-    const auto connections = geocoder.records("connect");
-    ASSERT_EQ(connections.size(), 1);
-    EXPECT_EQ(connections.first().value("target"_L1).toString(), u"photon.komoot.io:443"_s);
-}
-
 TEST_F(SearchTest, a_query_of_300_characters_is_sent) {
     geocoder.behave(withBody(answer({})));
     start();
@@ -135,16 +121,6 @@ TEST_F(SearchTest, a_refused_query_leaves_the_previous_results_untouched) {
         EXPECT_EQ(text("hint"), u"8 Treffer · bitte den richtigen Ort auswählen"_s);
         EXPECT_TRUE(control("downloadButton")->isEnabled());
     }
-}
-
-TEST_F(SearchTest, a_feature_without_properties_is_named_after_the_query) {
-    QJsonObject bare = feature(QString());
-    bare.remove("properties"_L1);
-    geocoder.behave(withBody(answer({bare})));
-    start();
-    searchResults(u"  Hütte %1 %@ "_s);
-    EXPECT_EQ(rows(), QStringList(u"Hütte %1 %@\n52.0000, 13.0000"_s));
-    EXPECT_EQ(text("hint"), u"1 Treffer · bitte den richtigen Ort auswählen"_s);
 }
 
 TEST_F(SearchTest, nothing_found_is_no_error) {
