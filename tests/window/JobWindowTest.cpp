@@ -17,8 +17,6 @@ const ShownJob placeJob{
     .heading = u"Ortsdaten konnten nicht geladen werden"_s,
     .failed =
         u"Download fehlgeschlagen: %1\nVersuche einen kleineren Umkreis oder einen anderen Datendienst."_s,
-    .unexplained =
-        u"Die Ortsdaten konnten nicht geladen werden. Prüfe Verbindung und Datendienst oder wähle einen kleineren Umkreis."_s,
     .folder = u"Ortsdaten"_s,
     .files = "origin.nxd norvaxel3d.json",
     .pointer = u"last-import.txt"_s,
@@ -26,11 +24,6 @@ const ShownJob placeJob{
     .output = "output=${11}\n",
     .address = "endpointField",
     .badAddress = u"Der Datendienst braucht eine gültige HTTPS-Adresse ohne Zugangsdaten."_s,
-    .noTool =
-        u"Der Ortsimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren."_s,
-    .noFolder = u"Der Ordner für Ortsdaten konnte nicht angelegt werden."_s,
-    .noTemporaryFolder = u"Der temporäre Importordner konnte nicht angelegt werden."_s,
-    .noHandOver = u"Das Suchergebnis konnte nicht für den Import gespeichert werden."_s,
     .noStart = u"Der mitgelieferte Ortsimport konnte nicht starten: %1"_s,
 };
 
@@ -47,8 +40,6 @@ const ShownJob routeJob{
         u"Das Paket ist gespeichert. Öffne den Ordner und wähle route.nxd im Plugin; die Verbindung zu Resolve konnte nicht gespeichert werden."_s,
     .heading = u"Route konnte nicht berechnet werden"_s,
     .failed = u"Berechnung fehlgeschlagen: %1"_s,
-    .unexplained =
-        u"Das Norvaxel-3D-Paket konnte nicht vollständig geladen werden. Prüfe Internet und Stationen; für sehr lange Strecken kürzere Abschnitte berechnen."_s,
     .folder = u"Routen"_s,
     .files = "route.nxd stations.nxd basemap/origin.nxd basemap/norvaxel3d.json",
     .pointer = u"last-route.txt"_s,
@@ -57,11 +48,6 @@ const ShownJob routeJob{
     .address = "routeEndpointField",
     .badAddress =
         u"Der Routingdienst braucht eine gültige HTTPS-Adresse ohne Zugangsdaten, Suchparameter oder Fragment."_s,
-    .noTool =
-        u"Der Routenimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren."_s,
-    .noFolder = u"Der Ordner für gespeicherte Routen konnte nicht angelegt werden."_s,
-    .noTemporaryFolder = u"Der temporäre Routenordner konnte nicht angelegt werden."_s,
-    .noHandOver = u"Die ausgewählten Stationen konnten nicht vorbereitet werden."_s,
     .noStart =
         u"Die mitgelieferte Routenberechnung konnte nicht starten. Bitte das vollständige Plugin installieren."_s,
 };

@@ -13,21 +13,16 @@ struct ShownJob {
     QString cancelled;
     QString finished;
     QString finishedWithoutPointer;
-    QString heading;     // of a failure's alert
-    QString failed;      // a failure; "%1" is what the importer said
-    QString unexplained; // a failure of which it said nothing
-    QString folder;      // of all packages
-    const char* files;   // of one package
-    QString pointer;     // names the file that a package begins with
+    QString heading;   // of a failure's alert
+    QString failed;    // a failure; "%1" is what the importer said
+    QString folder;    // of all packages
+    const char* files; // of one package
+    QString pointer;   // names the file that a package begins with
     QString entry;
     QByteArray output; // line of a script: the package's folder
     // Refusals: each says what is missing.
     const char* address;
     QString badAddress;
-    QString noTool;
-    QString noFolder;
-    QString noTemporaryFolder;
-    QString noHandOver;
     QString noStart; // "%1" is the reason
 };
 void PrintTo(const ShownJob& kind, std::ostream* out);
