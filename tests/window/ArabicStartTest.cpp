@@ -1,6 +1,7 @@
 // The window from right to left: everything is mirrored but for addresses and coordinates.
 
-#include "WindowTest.h"
+#include "LanguageWindowTest.h"
+#include "localization/NXLocal.h"
 #include "look/controls/Glyphs.h"
 
 #include <QMenuBar>
@@ -12,7 +13,7 @@ const ProgramLanguage programLanguage{"ar", ""};
 
 namespace {
 
-class ArabicStartTest : public WindowTest {
+class ArabicStartTest : public LanguageWindowTest {
 protected:
     // Where a control would be from left to right.
     QRect mirrored(const QWidget* widget) const {
@@ -108,6 +109,37 @@ TEST_F(ArabicStartTest, the_first_menu_is_on_the_right) {
     ASSERT_EQ(menus.size(), 3);
     EXPECT_GT(window()->menuBar()->actionGeometry(menus.at(0)).x(),
               window()->menuBar()->actionGeometry(menus.at(1)).x());
+}
+
+TEST_F(ArabicStartTest, the_question_follows_the_window_and_the_confirmation_the_choice) {
+    start();
+    openDialog();
+    EXPECT_EQ(dialog()->layoutDirection(), Qt::RightToLeft);
+    EXPECT_EQ(dialog()->heading()->text(), localization::localText(u"Sprache wählen"_s, "ar"));
+    EXPECT_EQ(languages()->layoutDirection(), Qt::RightToLeft);
+    EXPECT_EQ(languages()->currentText(), u"العربية"_s);
+    EXPECT_LT(dialog()->prominentButton()->x(), dialog()->otherButton()->x()) << "mirrored";
+    chooseItem(2); // English
+    pressProminent();
+
+    look::Panel* confirmation = alert();
+    ASSERT_NE(confirmation, nullptr);
+    EXPECT_EQ(confirmation->layoutDirection(), Qt::LeftToRight);
+    EXPECT_EQ(confirmation->heading()->text(), u"Language saved"_s);
+    EXPECT_EQ(confirmation->prominentButton()->layoutDirection(), Qt::LeftToRight);
+    pressProminent();
+    EXPECT_EQ(alert(), nullptr);
+    EXPECT_EQ(stored(), "en\n");
+}
+
+TEST_F(ArabicStartTest, an_arabic_confirmation_is_read_from_right_to_left) {
+    start();
+    openDialog();
+    pressProminent();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->layoutDirection(), Qt::RightToLeft);
+    EXPECT_EQ(alert()->prominentButton()->title(), u"OK"_s);
+    pressProminent();
 }
 
 } // namespace

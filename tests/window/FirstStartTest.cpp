@@ -1,21 +1,15 @@
 // The first start of all: no language was chosen yet, and the system prefers French.
 
-#include "WindowTest.h"
-#include "localization/Language.h"
-#include "localization/NXLocal.h"
-
-#include <QMenu>
-#include <QMenuBar>
+#include "LanguageWindowTest.h"
 
 using namespace Qt::StringLiterals;
 using namespace app;
-using namespace localization;
 
 const ProgramLanguage programLanguage{"", "xx:fr_CA:de"};
 
 namespace {
 
-using FirstStartTest = WindowTest;
+using FirstStartTest = LanguageWindowTest;
 
 // Remembers what was stored when the first window showed.
 class FirstShow : public QObject {
@@ -32,29 +26,38 @@ protected:
 };
 
 TEST_F(FirstStartTest, the_systems_language_is_stored_before_the_window_shows) {
-    const auto file = nxui::preferencePath(nxui::Product::ThreeD, nxui::homeDirectory());
-    ASSERT_FALSE(std::filesystem::exists(file));
+    ASSERT_FALSE(std::filesystem::exists(file()));
     const FirstShow watch;
     start();
     EXPECT_EQ(watch.stored, "fr\n");
-    EXPECT_EQ(contentOf(file), "fr\n");
+    EXPECT_EQ(stored(), "fr\n");
 }
 
-TEST_F(FirstStartTest, every_menu_title_is_in_that_language) {
+TEST_F(FirstStartTest, the_language_dialog_opens_on_french_and_not_on_automatic) {
     start();
-    QStringList titles;
-    for (const QAction* menu : window()->menuBar()->actions()) {
-        titles += menu->text();
-        for (const QAction* item : menu->menu()->actions())
-            titles += item->text();
-    }
-    QStringList expected{u"Norvaxel"_s};
-    for (const QString& german :
-         {u"Norvaxel beenden"_s, u"Bearbeiten"_s, u"Ausschneiden"_s, u"Kopieren"_s, u"Einfügen"_s,
-          u"Alles auswählen"_s, u"Fenster"_s, u"Schließen"_s, u"Im Dock ablegen"_s, u"Zoomen"_s})
-        expected += localText(german, "fr");
-    EXPECT_EQ(titles, expected);
-    EXPECT_NE(titles.at(1), u"Norvaxel beenden"_s);
+    EXPECT_EQ(stored(), "fr\n");
+    openDialog();
+    EXPECT_EQ(languages()->currentText(), u"Français"_s);
+    pressOther();
+}
+
+TEST_F(FirstStartTest, also_where_the_first_start_could_not_store_it) {
+    start();
+    std::filesystem::remove(file());
+    openDialog();
+    EXPECT_EQ(languages()->currentText(), u"Français"_s);
+    pressOther();
+    EXPECT_FALSE(std::filesystem::exists(file()));
+}
+
+TEST_F(FirstStartTest, without_a_home_it_still_opens_on_french) {
+    start();
+    const QByteArray home = qgetenv("HOME");
+    qunsetenv("HOME");
+    openDialog();
+    EXPECT_EQ(languages()->currentText(), u"Français"_s);
+    pressOther();
+    qputenv("HOME", home);
 }
 
 } // namespace
