@@ -126,42 +126,5 @@ class FirstFrames(BlackBox):
         self.assert_calm(self.frames())
 
 
-class LargePrint(BlackBox):
-    """A desktop with large print: the design's sizes are logical pixels, and none of them moves."""
-
-    def layout(self, *arguments, **environment):
-        self.start(*arguments, **environment)
-        left, top, _, _ = self.window.frame()
-        found = []
-        for each in self.window.all()[1:]:  # without the application itself
-            x, y, width, height = self.window.area(each)
-            found.append((w.role_of(each), each.get_name(), (x - left, y - top, width, height)))
-        self.program.terminate()
-        self.assert_ended_well()
-        return found
-
-    def test_a_finer_screen_moves_nothing(self):
-        for arguments in ((), ("--route",)):
-            usual = self.layout(*arguments)
-            self.assertGreater(len(usual), 20)
-            self.assertEqual(self.layout(*arguments, QT_FONT_DPI="120"), usual)
-
-    def test_a_desktops_large_font_moves_nothing(self):
-        settings = self.home / ".config/kdeglobals"
-        settings.parent.mkdir()
-
-        def layout(points):
-            font = f"Inter,{points},-1,5,50,0,0,0,0,0"
-            settings.write_text("[General]\n" + "".join(
-                f"{kind}={font}\n" for kind in ("font", "menuFont", "toolBarFont", "smallestReadableFont", "fixed")))
-            return self.layout(*arguments, XDG_CURRENT_DESKTOP="KDE", KDE_SESSION_VERSION="5",
-                               QT_QPA_PLATFORMTHEME="kde")
-        for arguments in ((), ("--route",)):
-            usual = layout(9)
-            for points in (12, 15, 24):
-                with self.subTest(points, arguments=arguments):
-                    self.assertEqual(layout(points), usual)
-
-
 if __name__ == "__main__":
     unittest.main()

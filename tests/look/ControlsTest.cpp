@@ -33,6 +33,7 @@ protected:
 struct FaceRow {
     QRgb fill;
     QRgb top;
+    QRgb text;
 };
 
 void expectFace(QWidget& control, const FaceRow& face, const char* state) {
@@ -40,6 +41,7 @@ void expectFace(QWidget& control, const FaceRow& face, const char* state) {
     EXPECT_EQ(image.pixel(10, control.height() - 3), face.fill) << state;
     EXPECT_EQ(image.pixel(control.width() / 2, 0), face.top) << state;
     EXPECT_EQ(image.pixel(control.width() / 2, control.height() - 1), face.fill) << state;
+    EXPECT_EQ(image.pixel(30, control.height() / 2), face.text) << state;
 }
 
 TEST_F(ControlsTest, buttons_have_the_colours_of_their_states) {
@@ -53,26 +55,26 @@ TEST_F(ControlsTest, buttons_have_the_colours_of_their_states) {
         FaceRow inactive;
     } rows[] = {
         {ButtonKind::Push,
-         {push, pushTop},
-         {pushHover, pushHoverTop},
-         {pushPressed, pushPressedTop},
-         {pushDisabled, pushDisabledTop},
-         {push, pushTop}},
+         {push, pushTop, label},
+         {pushHover, pushHoverTop, label},
+         {pushPressed, pushPressedTop, label},
+         {pushDisabled, pushDisabledTop, disabledText},
+         {push, pushTop, label}},
         {ButtonKind::Small,
-         {push, pushTop},
-         {pushHover, pushHoverTop},
-         {pushPressed, pushPressedTop},
-         {pushDisabled, pushDisabledTop},
-         {push, pushTop}},
+         {push, pushTop, label},
+         {pushHover, pushHoverTop, label},
+         {pushPressed, pushPressedTop, label},
+         {pushDisabled, pushDisabledTop, disabledText},
+         {push, pushTop, label}},
         {ButtonKind::Prominent,
-         {prominent, prominentTop},
-         {prominentHover, prominentHover},
-         {prominentPressed, prominentPressedTop},
-         {prominentDisabled, prominentDisabledTop},
-         {push, pushTop}},
+         {prominent, prominentTop, white},
+         {prominentHover, prominentHover, white},
+         {prominentPressed, prominentPressedTop, white},
+         {prominentDisabled, prominentDisabledTop, prominentDisabledText},
+         {push, pushTop, label}},
     };
     for (const auto& row : rows) {
-        auto* button = new Button(row.kind, u"Route berechnen"_s, &window);
+        auto* button = new Button(row.kind, u"████████████"_s, &window);
         button->resize(button->sizeHint());
         button->move(20, 20);
         show();
@@ -179,20 +181,20 @@ TEST_F(ControlsTest, magnifier_stands_before_the_title_in_its_colour) {
 TEST_F(ControlsTest, pop_ups_have_the_colours_of_their_states) {
     using namespace look::colours;
     auto* popUp = new look::PopUp(102, &window);
-    popUp->addItems({u"400 m"_s, u"800 m"_s});
+    popUp->addItem(u"██████"_s);
     popUp->move(200, 200);
     show();
     leave();
     EXPECT_EQ(popUp->size(), QSize(102, 28));
-    expectFace(*popUp, {push, pushTop}, "normal");
+    expectFace(*popUp, {push, pushTop, label}, "normal");
     QTest::mouseMove(popUp);
-    expectFace(*popUp, {pushHover, pushHoverTop}, "hover");
+    expectFace(*popUp, {pushHover, pushHoverTop, label}, "hover");
     popUp->showPopup();
-    expectFace(*popUp, {pushPressed, pushPressedTop}, "open");
+    expectFace(*popUp, {pushPressed, pushPressedTop, label}, "open");
     popUp->hidePopup();
     leave();
     popUp->setEnabled(false);
-    expectFace(*popUp, {pushDisabled, pushDisabledTop}, "disabled");
+    expectFace(*popUp, {pushDisabled, pushDisabledTop, disabledText}, "disabled");
 }
 
 TEST_F(ControlsTest, menu_of_a_pop_up_lies_over_it_in_rows_of_24) {

@@ -118,8 +118,10 @@ TEST_F(PlaceListTest, each_line_keeps_its_own_order_at_the_leading_edge) {
 }
 
 TEST_F(PlaceListTest, rows_have_the_colours_of_their_states) {
-    add(u"Berlin"_s, u"Deutschland"_s);
-    add(u"Ulm"_s, u"Deutschland"_s);
+    for (int row = 0; row < 2; ++row)
+        add(u"████"_s, u"████"_s);
+    const QPoint inName(14, 16);
+    const QPoint inDetail(20, 35);
     auto* other = new QWidget(&window);
     other->setFocusPolicy(Qt::StrongFocus);
     show();
@@ -130,9 +132,15 @@ TEST_F(PlaceListTest, rows_have_the_colours_of_their_states) {
     EXPECT_EQ(rowColour(0), look::colours::selection);
     QTest::mouseMove(list->viewport(), QPoint(200, 70));
     EXPECT_EQ(rowColour(1), look::colours::rowHover);
+    EXPECT_EQ(rowColour(1, inName), look::colours::labelOnWell);
+    EXPECT_EQ(rowColour(1, inDetail), look::colours::secondaryOnWell);
+    EXPECT_EQ(rowColour(0, inName), look::colours::white);
+    EXPECT_EQ(rowColour(0, inDetail), look::colours::selectionDetail);
     EXPECT_EQ(rowColour(0), look::colours::selection);
     other->setFocus();
     EXPECT_EQ(rowColour(0), look::colours::selectionUnfocused);
+    EXPECT_EQ(rowColour(0, inName), look::colours::label);
+    EXPECT_EQ(rowColour(0, inDetail), look::colours::selectionUnfocusedDetail);
     list->setEnabled(false);
     EXPECT_EQ(rowColour(0), look::colours::selectionDisabled);
     EXPECT_EQ(rowColour(1), look::colours::well);

@@ -2,6 +2,7 @@
 // window and of each control, by the measure of the Web Content Accessibility Guidelines 2.
 
 #include "SearchWindowTest.h"
+#include "look/style/Colours.h"
 #include "look/style/ToolTip.h"
 
 #include <QAbstractItemView>
@@ -163,69 +164,9 @@ protected:
         expectReadable(picture, QRect(origin, part.size()), text.toStdString() + name, least);
     }
 
-    // Real hover: the pointer stands on the control.
-    void pointAt(QWidget* widget) {
-        QTest::mouseMove(widget);
-        settle();
-        ASSERT_TRUE(widget->underMouse());
-    }
-
     void pointAtNothing() {
         QTest::mouseMove(window()->centralWidget(), QPoint(3, 700));
         settle();
-    }
-
-    template<typename Expect>
-    void hoverAndPress(QWidget* control, Expect expect) {
-        pointAt(control);
-        {
-            SCOPED_TRACE("hover");
-            expect(pictureOf(window()));
-        }
-        QTest::mousePress(control, Qt::LeftButton);
-        {
-            SCOPED_TRACE("pressed");
-            expect(pictureOf(window()));
-        }
-        QTest::mouseRelease(control, Qt::LeftButton, {}, QPoint(-9, -9));
-        pointAtNothing();
-    }
-
-    // Every button, segment and pop-up that can be used now, under the pointer and pressed.
-    void hoverAndPressAll() {
-        for (look::Button* button : shown<look::Button>(window()))
-            if (button->isEnabled())
-                hoverAndPress(button, [&](const QImage& now) { expectButton(now, button); });
-        for (QRadioButton* segment : shown<QRadioButton>(window())) {
-            if (segment->isEnabled()) {
-                hoverAndPress(segment, [&](const QImage& now) {
-                    expectPart(now, segment, segment->rect().adjusted(6, 4, -6, -4),
-                               segment->text());
-                });
-            }
-        }
-        for (look::PopUp* popUp : shown<look::PopUp>(window())) {
-            pointAt(popUp);
-            expectPopUp(pictureOf(window()), popUp);
-            popUp->showPopup();
-            settle();
-            expectPopUp(pictureOf(window()), popUp);
-            expectEntries(popUp);
-            popUp->hidePopup();
-            pointAtNothing();
-        }
-    }
-
-    void expectEntries(look::PopUp* popUp) {
-        QAbstractItemView* view = popUp->view();
-        for (int highlighted = 0; highlighted < popUp->count(); ++highlighted) {
-            view->setCurrentIndex(popUp->model()->index(highlighted, 0));
-            const QImage menu = pictureOf(view->window());
-            for (int i = 0; i < popUp->count(); ++i) {
-                const QRect row = view->visualRect(popUp->model()->index(i, 0));
-                expectPart(menu, view->viewport(), row.adjusted(8, 3, -8, -3), popUp->itemText(i));
-            }
-        }
     }
 
     // Each entry of a menu, normal or disabled as it is now, and highlighted.
@@ -255,12 +196,6 @@ protected:
         menu->close();
     }
 
-    void activate(QWidget* other) {
-        other->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(other));
-        settle();
-    }
-
     int measured_ = 0;
 };
 
@@ -268,6 +203,38 @@ TEST(Contrast, is_measured_as_the_guidelines_define_it) {
     EXPECT_NEAR(contrast(0xff000000, 0xffffffff), 21, 0.001);
     EXPECT_NEAR(contrast(0xff767676, 0xffffffff), 4.54, 0.005);
     EXPECT_NEAR(contrast(0xffeaeaea, 0xff28282b), 12.2, 0.05);
+}
+
+// The controls wear them in the states of ControlsTest, SegmentsTest and PlaceListTest.
+TEST(Contrast, of_what_only_a_pointer_a_press_or_another_window_brings) {
+    namespace c = look::colours;
+    const struct {
+        QRgb text, ground;
+        double least;
+    } pairs[] = {
+        {c::label, c::pushHover, enabledText},
+        {c::label, c::pushPressed, enabledText},
+        {c::white, c::prominentHover, enabledText},
+        {c::white, c::prominentPressed, enabledText},
+        {c::label, c::segmentHover, enabledText},
+        {c::label, c::segmentPressed, enabledText},
+        {c::labelOnWell, c::rowHover, enabledText},
+        {c::secondaryOnWell, c::rowHover, enabledText},
+        {c::label, c::selectionUnfocused, enabledText},
+        {c::selectionUnfocusedDetail, c::selectionUnfocused, enabledText},
+        {c::white, c::selection, enabledText},
+        {c::selectionDetail, c::selection, enabledText},
+        {c::labelOnWell, c::well, enabledText},
+        {c::tertiaryOnWell, c::well, enabledText},
+        {c::secondary, c::fieldReadOnly, enabledText},
+        {c::tertiary, c::fieldReadOnly, enabledText},
+        {c::disabledText, c::fieldDisabled, disabledText},
+        {c::disabledText, c::selectionDisabled, disabledText},
+        {c::white, c::prominent, disabledText}, // the check box's tick
+        {c::pillDisabledText, c::pillDisabled, disabledText},
+    };
+    for (const auto& [text, ground, least] : pairs)
+        EXPECT_GE(contrast(text, ground), least) << hex(text) << " on " << hex(ground);
 }
 
 // The reading itself: its colours are those that were painted, at the smallest size and weight.
@@ -332,99 +299,8 @@ TEST_P(ContrastInModeTest, every_state_of_the_window) {
     EXPECT_GT(measured_, 200);
 }
 
-TEST_P(ContrastInModeTest, under_the_pointer_and_pressed) {
-    start(GetParam());
-    hoverAndPressAll();
-    findPlaces(GetParam());
-    if (GetParam() == Mode::Route)
-        clickStation(1);
-    hoverAndPressAll();
-    look::PlaceList* table = list("table");
-    const QRect second = table->visualRect(table->model()->index(1, 0));
-    QTest::mouseMove(table->viewport(), second.center());
-    settle();
-    expectReadable(window(), "a row under the pointer");
-    EXPECT_GT(measured_, 60);
-}
-
-TEST_P(ContrastInModeTest, in_an_inactive_window) {
-    start(GetParam());
-    findPlaces(GetParam());
-    list("table")->setFocus();
-    pointAtNothing();
-    QWidget other;
-    other.resize(100, 100);
-    other.show();
-    activate(&other);
-    expectReadable(window(), "chosen");
-    field("query")->selectAll();
-    expectReadable(window(), "with selected text");
-    hoverAndPress(button("downloadButton"),
-                  [this](const QImage& now) { expectButton(now, button("downloadButton")); });
-    activate(window());
-}
-
 INSTANTIATE_TEST_SUITE_P(Modes, ContrastInModeTest,
                          testing::Values(NXImportApp::Mode::Place, NXImportApp::Mode::Route));
-
-TEST_F(ContrastTest, fields_in_every_state) {
-    start();
-    for (const char* name : {"query", "endpointField"}) {
-        look::Field* each = field(name);
-        for (const QString& text : {QString(), QString(u"Spandau, Mitte und Köpenick"_s)}) {
-            each->setText(text);
-            each->deselect();
-            for (const bool isReadOnly : {false, true}) {
-                each->setReadOnly(isReadOnly);
-                for (QWidget* focus : {static_cast<QWidget*>(each), control("languageButton")}) {
-                    focus->setFocus();
-                    settle();
-                    each->deselect();
-                    expectField(pictureOf(window()), each);
-                }
-                each->setEnabled(false);
-                expectField(pictureOf(window()), each);
-                each->setEnabled(true);
-            }
-            each->setReadOnly(false);
-        }
-        // Selected letters: only as much of the field as they fill.
-        for (const bool isReadOnly : {false, true}) {
-            each->setReadOnly(isReadOnly);
-            each->setFocus();
-            each->selectAll();
-            for (const bool isEnabled : {true, false}) {
-                each->setEnabled(isEnabled);
-                const QRect letters(14, 7, 60, each->height() - 14);
-                const QImage now = pictureOf(window());
-                expectPart(now, each, letters, u"selected letters"_s);
-                EXPECT_NE(read(now, QRect(each->mapTo(window(), letters.topLeft()), letters.size()))
-                              .ground,
-                          0xff1b1b1dU)
-                    << "nothing is selected";
-                each->setEnabled(true);
-                each->selectAll();
-            }
-        }
-    }
-}
-
-TEST_F(ContrastTest, check_box_on_and_off_enabled_and_disabled) {
-    start(Mode::Route);
-    auto* box = control<QCheckBox>("routeMapCheckbox");
-    for (const bool isEnabled : {true, false}) {
-        for (const bool isOn : {true, false}) {
-            box->setEnabled(isEnabled);
-            box->setChecked(isOn);
-            settle();
-            const QImage now = pictureOf(window());
-            expectPart(now, box, box->rect().adjusted(20, 0, 0, 0), box->text());
-            const QRect tick(2, (box->height() - 14) / 2 + 2, 10, 10);
-            if (isOn)
-                expectPart(now, box, tick, u"tick"_s, disabledText);
-        }
-    }
-}
 
 TEST_F(ContrastTest, disabled_lists_with_and_without_a_selection) {
     start(Mode::Route);
@@ -474,31 +350,13 @@ TEST_F(ContrastTest, tooltip) {
     expectReadable(pictureOf(tip), tip->rect().adjusted(6, 4, -6, -4), "tooltip", enabledText);
 }
 
-TEST_F(ContrastTest, language_dialog_active_and_inactive) {
+TEST_F(ContrastTest, language_dialog) {
     start();
     click(button("languageButton"));
     settle();
     look::Panel* dialog = alert();
     ASSERT_TRUE(dialog);
     expectReadable(dialog, "dialog");
-    for (look::Button* each : shown<look::Button>(dialog)) {
-        QTest::mouseMove(each);
-        settle();
-        expectButton(pictureOf(dialog), each);
-        QTest::mousePress(each, Qt::LeftButton);
-        expectButton(pictureOf(dialog), each);
-        QTest::mouseRelease(each, Qt::LeftButton, {}, QPoint(-9, -9));
-    }
-    auto* languages = dialog->findChild<look::PopUp*>();
-    languages->showPopup();
-    settle();
-    expectPopUp(pictureOf(dialog), languages);
-    languages->hidePopup();
-    QWidget other;
-    other.show();
-    activate(&other);
-    expectReadable(dialog, "inactive dialog");
-    activate(dialog);
     dialog->reject();
     settle();
 }
