@@ -23,7 +23,8 @@ QVariant PlaceListModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
         return row.detail;
     case Qt::AccessibleTextRole:
-        return QString(row.name + u'\n' + row.detail);
+        // A text on the bus of assistive technology would end at a NUL.
+        return QString(row.name + u'\n' + row.detail).replace(QChar::Null, u' ');
     default:
         return {};
     }

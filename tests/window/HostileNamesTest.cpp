@@ -32,6 +32,7 @@ const Name names[] = {
     {"formats", u"%@ %1 %lu %s %n"_s},
     {"line_breaks", u"eins\nzwei\r\ndrei\u2028vier\u2029fünf"_s},
     {"control_characters", u"a\u0001b\u0007c\tc\u007fd\u009b"_s},
+    {"nul", QString(u"a\0b"_s)},
     {"direction_characters", u"\u202eabc\u202c \u2067def\u2069"_s},
     {"right_to_left", u"القاهرة 12"_s},
     {"half_of_a_pair", half + u"x"_s},
@@ -80,7 +81,7 @@ TEST_P(HostileNamesTest, is_kept_whole_and_moves_nothing) {
     const QString name = GetParam().name;
     const QString detail =
         app::shownDetail(u"in "_s + name + u" · 52.0000, 13.0000"_s, Qt::LeftToRight);
-    EXPECT_TRUE(rows().at(0) == name + u'\n' + detail);
+    EXPECT_TRUE(rows().at(0) == QString(name + u'\n' + detail).replace(QChar::Null, u' '));
     EXPECT_TRUE(rows().at(1) == u"Ulm\n52.0000, 13.0000"_s);
     EXPECT_TRUE(toolTipAt(list("table")->viewport(), row(0).center()) == detail);
     EXPECT_LE(look::shownToolTip()->width(), 360);
