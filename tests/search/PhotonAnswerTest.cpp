@@ -133,11 +133,22 @@ TEST(PhotonAnswer, the_feature_is_kept_as_received) {
               feature.toStdString());
 }
 
+TEST(PhotonAnswer, what_the_toolkits_numbers_cannot_hold_is_kept_as_near_as_they_can) {
+    const auto row =
+        rowsOf(answer({R"({"geometry":{"type":"Point","coordinates":[1,2]},)"
+                       R"("huge":12345678901234567890,"zero":-0,"twice":1,"twice":2})"}))
+            .value(0);
+    EXPECT_EQ(QJsonDocument(row.feature).toJson(QJsonDocument::Compact).toStdString(),
+              R"({"geometry":{"coordinates":[1,2],"type":"Point"},)"
+              R"("huge":12345678901234567000,"twice":2,"zero":0})");
+}
+
 TEST(PhotonAnswer, an_answer_of_another_shape_is_unreadable) {
     for (const QByteArray& body :
          {QByteArray(), QByteArray("{}"), QByteArray("[]"), QByteArray(R"({"features":{}})"),
           QByteArray(R"([{"features":[]}])"), QByteArray(R"({"features":null})"),
           QByteArray(R"({"features":"[]"})"), QByteArray("<html></html>"), QByteArray("\0\0", 2),
+          QByteArray(R"({"features":[],"a":1e400})"), QByteArray(R"({"features":[],"a":1e-400})"),
           QByteArray(R"({"features":[{"geometry")"), QByteArray("{\"features\":[\"\xff\xfe\"]}"),
           QByteArray(2000, '[') + QByteArray(2000, ']'),
           QByteArray(R"({"features":)") + QByteArray(100000, '[')})
