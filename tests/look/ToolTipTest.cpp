@@ -75,6 +75,16 @@ TEST_F(ToolTipTest, hundred_kilobytes_fit_the_screen_and_cost_what_is_seen) {
     }
 }
 
+TEST_F(ToolTipTest, lies_above_the_pointer_where_the_screen_ends) {
+    show();
+    const QRect room = window.screen()->availableGeometry();
+    window.move(room.bottomRight() - QPoint(410, 240));
+    const QWidget* shown = tip(u"Stadt Ort Adresse"_s);
+    const int pointer = owner->mapToGlobal(QPoint(5, 5)).y();
+    EXPECT_TRUE(room.contains(shown->geometry()));
+    EXPECT_EQ(shown->geometry().bottom(), pointer - 4);
+}
+
 TEST_F(ToolTipTest, fill_and_outline_have_their_colours) {
     show();
     QWidget* shown = tip(u"Ort"_s);

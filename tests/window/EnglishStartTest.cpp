@@ -63,4 +63,20 @@ TEST_F(EnglishStartTest, every_text_is_translated_but_for_the_kind_of_travel) {
     }
 }
 
+// The toolkit's own would speak the desktop's language.
+TEST_F(EnglishStartTest, the_menu_of_a_field_is_the_menu_bars) {
+    start(Mode::Route);
+    QMenu* edit = window()->menuBar()->actions().at(1)->menu();
+    for (const char* name : {"query", "routeEndpointField"}) {
+        QContextMenuEvent asked(QContextMenuEvent::Mouse, {5, 5},
+                                field(name)->mapToGlobal(QPoint(5, 5)));
+        QCoreApplication::sendEvent(field(name), &asked);
+        EXPECT_EQ(QApplication::activePopupWidget(), edit) << name;
+        EXPECT_TRUE(field(name)->hasFocus());
+        for (const QAction* each : edit->actions())
+            EXPECT_TRUE(each->isEnabled()) << each->text().toStdString();
+        edit->close();
+    }
+}
+
 } // namespace
