@@ -1,8 +1,9 @@
 // The window in English: every text is looked up, but for one that stays German.
 
-#include "WindowTest.h"
+#include "SearchWindowTest.h"
 #include "localization/NXLocal.h"
 
+#include <QDirIterator>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -13,7 +14,7 @@ const ProgramLanguage programLanguage{"en", "fr"};
 
 namespace {
 
-class EnglishStartTest : public WindowTest {
+class EnglishStartTest : public SearchWindowTest {
 protected:
     // Everything that the window shows, hides for now or says.
     QStringList texts() const {
@@ -61,6 +62,18 @@ TEST_F(EnglishStartTest, every_text_is_translated_but_for_the_kind_of_travel) {
             EXPECT_FALSE(each.startsWith(u"Stationen"_s)) << each.toStdString();
         end();
     }
+}
+
+TEST_F(EnglishStartTest, the_data_service_is_recorded_as_it_is_called_here) {
+    importer->useStandIn();
+    start();
+    findPlaces(Mode::Place);
+    click(button("downloadButton"));
+    ASSERT_EVENTUALLY(!isBusy());
+    QDirIterator records(supportFolder().path(), {u"import-choice.json"_s}, QDir::Files,
+                         QDirIterator::Subdirectories);
+    const std::string record = contentOf(records.next().toStdString());
+    EXPECT_NE(record.find("\"source\": \"OpenStreetMap directly\""), std::string::npos) << record;
 }
 
 // The toolkit's own would speak the desktop's language.

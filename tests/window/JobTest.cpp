@@ -24,6 +24,10 @@ TEST_P(JobTest, a_finished_package_can_be_shown_and_the_plug_in_finds_it) {
     EXPECT_TRUE(control("finderButton")->isVisible());
     ASSERT_EQ(packages().size(), 1);
     const QString package = inSupport(job().folder + u'/' + packages().first() + u'/');
+    const auto made =
+        QDateTime::fromString(packages().first().section(u'-', -3, -2), u"yyyyMMdd-HHmmss"_s);
+    ASSERT_TRUE(made.isValid());
+    EXPECT_LT(made.secsTo(QDateTime::currentDateTime()), 600) << "the person's own time";
     EXPECT_EQ(contentOf(inSupport(job().pointer).toStdString()),
               (package + job().entry + u'\n').toStdString());
     EXPECT_EQ(QFile::exists(package + "import-choice.json"_L1), job().mode == Mode::Place);
@@ -54,6 +58,7 @@ TEST_P(JobTest, while_it_runs_only_cancel_can_be_used) {
 
     // Neither keys nor changes from elsewhere disturb it.
     key(field("query"), Qt::Key_Return);
+    Q_EMIT button("searchButton")->clicked();
     field("query")->setText(u"Ulm"_s);
     EXPECT_EQ(status(), job().progress);
     EXPECT_EQ(rows(), before);

@@ -143,6 +143,19 @@ TEST_F(SearchTest, a_failure_is_an_error_and_the_next_search_works) {
     EXPECT_EQ(rows().size(), 8);
 }
 
+TEST_F(SearchTest, the_heading_of_the_results_stays_while_the_next_search_runs_and_fails) {
+    start();
+    searchResults(u"Berlin"_s);
+    const QString heading = text("hint");
+    geocoder.behave({{"status"_L1, 503}});
+    key(field("query"), Qt::Key_Return);
+    ASSERT_TRUE(isBusy());
+    EXPECT_EQ(text("hint"), heading);
+    ASSERT_EVENTUALLY(!isBusy());
+    EXPECT_TRUE(statusIsRed());
+    EXPECT_EQ(text("hint"), heading);
+}
+
 TEST_F(SearchTest, the_status_tooltip_is_the_status) {
     start();
     EXPECT_EQ(toolTipAt(control("status"), {5, 5}), says::ready);
