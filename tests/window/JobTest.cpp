@@ -22,6 +22,7 @@ TEST_P(JobTest, a_finished_package_can_be_shown_and_the_plug_in_finds_it) {
     EXPECT_FALSE(statusIsRed());
     EXPECT_EQ(alert(), nullptr);
     EXPECT_TRUE(control("finderButton")->isVisible());
+    EXPECT_EQ(place("finderButton").right() + 11, place("downloadButton").left());
     ASSERT_EQ(packages().size(), 1);
     const QString package = inSupport(job().folder + u'/' + packages().first() + u'/');
     const auto made =
@@ -55,6 +56,8 @@ TEST_P(JobTest, while_it_runs_only_cancel_can_be_used) {
     EXPECT_TRUE(control("cancelButton")->isVisible());
     EXPECT_TRUE(control("cancelButton")->isEnabled());
     EXPECT_TRUE(control<look::Spinner>("spinner")->isTurning());
+    EXPECT_LT(place("spinner").right(), place("cancelButton").left());
+    EXPECT_LT(place("cancelButton").right(), place("languageButton").left());
 
     // Neither keys nor changes from elsewhere disturb it.
     key(field("query"), Qt::Key_Return);

@@ -1,6 +1,7 @@
 // The window as it opens, in German: what is there, what it says and what can be used.
 
 #include "WindowTest.h"
+#include "look/style/Colours.h"
 
 #include <QLineEdit>
 #include <QMenuBar>
@@ -73,6 +74,42 @@ TEST_F(StartTest, both_modes_have_the_same_texts_above_their_options) {
         EXPECT_FALSE(statusIsRed());
         for (const char* name : {"mode", "query", "searchButton", "table", "languageButton"})
             EXPECT_TRUE(control(name)->isEnabled()) << name;
+        end();
+    }
+}
+
+TEST_F(StartTest, texts_have_their_size_weight_and_colour) {
+    namespace c = look::colours;
+    const struct {
+        Mode mode;
+        QString label; // by its name or else its text
+        int pixels;
+        QRgb colour;
+    } rows[] = {
+        {Mode::Place, u"Norvaxel 3D"_s, 26, c::label},
+        {Mode::Place, u"subtitle"_s, 13, c::secondary},
+        {Mode::Place, u"hint"_s, 12, c::secondary},
+        {Mode::Place, u"Umkreis"_s, 12, c::secondary},
+        {Mode::Place, u"Datendienst"_s, 12, c::secondary},
+        {Mode::Place, u"status"_s, 12, c::secondary},
+        {Mode::Place, u"credit"_s, 11, c::tertiary},
+        {Mode::Route, u"stationHint"_s, 12, c::secondary},
+        {Mode::Route, u"Reiseart"_s, 11, c::secondary},
+        {Mode::Route, u"Routingdienst · eigene HTTPS-Adresse optional"_s, 11, c::secondary},
+    };
+    for (const auto& [mode, name, pixels, colour] : rows) {
+        SCOPED_TRACE(name.toStdString());
+        start(mode);
+        look::Label* label = nullptr;
+        for (look::Label* each : window()->findChildren<look::Label*>())
+            if (each->objectName() == name || each->text() == name)
+                label = each;
+        ASSERT_TRUE(label);
+        EXPECT_EQ(label->font().pixelSize(), pixels);
+        EXPECT_EQ(label->font().weight(), pixels == 26 ? QFont::DemiBold : QFont::Normal);
+        label->setText(u"████"_s);
+        const QImage picture = label->grab().toImage();
+        EXPECT_EQ(picture.pixel(pixels, pixels * 2 / 3), colour);
         end();
     }
 }
