@@ -38,7 +38,7 @@ void settleSurroundings(const TemporaryFolder& home) {
         qputenv("QT_SCALE_FACTOR", qgetenv("FIT_SCALE"));
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("LANG", "C.UTF-8");
-    qputenv("TZ", "XXX-05:45"); // neither universal time nor that of the machine
+    qputenv("TZ", "ABC-05:45"); // neither universal time nor that of the machine
     qputenv("LANGUAGE", programLanguage.system);
     qputenv("HOME", home.path().c_str());
     qputenv("XDG_RUNTIME_DIR", home.path().c_str());
