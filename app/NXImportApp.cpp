@@ -10,7 +10,6 @@
 #include "localization/NXLocal.h"
 #include "look/controls/Button.h"
 #include "look/controls/Field.h"
-#include "look/controls/PlaceList.h"
 #include "look/controls/PopUp.h"
 #include "look/controls/Segments.h"
 #include "look/text/Label.h"

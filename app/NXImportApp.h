@@ -6,7 +6,7 @@
 #include "app/Sentences.h"
 #include "jobs/JobRunner.h"
 #include "jobs/StationList.h"
-#include "look/controls/PlaceListModel.h"
+#include "look/controls/PlaceList.h"
 #include "search/PlaceSearch.h"
 
 #include <QObject>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "jobs/StationList.h"
-#include "look/controls/PlaceListModel.h"
+#include "look/controls/PlaceList.h"
 #include "search/ResultRow.h"
 
 #include <QList>

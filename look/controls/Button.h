@@ -1,6 +1,5 @@
 #pragma once
 
-#include "look/text/Elidable.h"
 #include "look/text/LiteralText.h"
 
 #include <QPushButton>

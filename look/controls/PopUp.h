@@ -1,6 +1,6 @@
 #pragma once
 
-#include "look/text/Elidable.h"
+#include "look/text/LiteralText.h"
 
 #include <QComboBox>
 

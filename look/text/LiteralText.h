@@ -51,6 +51,18 @@ private:
     mutable int fittedWidth_ = -1; // fitted_ is for this width
 };
 
+// A control that elides its text where it does not fit. The whole text is then its tooltip, unless
+// it has another one. Main thread.
+class Elidable {
+public:
+    // The whole text if not all of it is shown, else empty.
+    virtual QString elidedText() const = 0;
+    bool isElided() const { return !elidedText().isEmpty(); }
+
+protected:
+    ~Elidable() = default;
+};
+
 // Draws one line centred vertically in the box, its baseline on a whole pixel. Nothing is cut.
 // `alignment` is a visual one: left, right or horizontally centred.
 void drawLine(QPainter& painter, const QRect& box, const Line& line, const QFont& font, QRgb colour,

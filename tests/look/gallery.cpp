@@ -5,7 +5,6 @@
 #include "look/controls/Field.h"
 #include "look/controls/Glyphs.h"
 #include "look/controls/PlaceList.h"
-#include "look/controls/PlaceListModel.h"
 #include "look/controls/PopUp.h"
 #include "look/controls/Segments.h"
 #include "look/controls/Spinner.h"
