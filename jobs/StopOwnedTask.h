@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/StopChild.h"
+#include "platform/ChildProcess.h"
 
 namespace jobs {
 

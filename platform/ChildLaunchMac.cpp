@@ -1,5 +1,4 @@
 #include "platform/ChildLaunch.h"
-#include "platform/ChildLaunchParts.h"
 #include "platform/SystemError.h"
 
 #include <crt_externs.h>

@@ -125,4 +125,11 @@ ChildExit ChildProcess::reap(bool known) {
     return {ChildExit::Kind::Signalled, WTERMSIG(status)};
 }
 
+void stopChild(std::shared_ptr<ChildProcess> child, std::chrono::milliseconds patience) {
+    if (!child || !child->isRunning())
+        return;
+    child->terminate();
+    runAfter(patience, [stopped = std::move(child)] { stopped->kill(); });
+}
+
 } // namespace platform

@@ -4,7 +4,6 @@
 #include "platform/HttpsAddress.h"
 #include "platform/MainQueue.h"
 #include "platform/Pipe.h"
-#include "platform/StopChild.h"
 
 #include <utility>
 

@@ -5,7 +5,6 @@
 #include "WaitUntil.h"
 #include "platform/Background.h"
 #include "platform/ChildProcess.h"
-#include "platform/StopChild.h"
 
 #include <signal.h>
 #include <spawn.h>
