@@ -15,8 +15,6 @@
 #include "look/text/Label.h"
 #include "platform/FileBrowser.h"
 #include "platform/QuitSignals.h"
-#include "search/NXText.h"
-#include "search/PhotonQuery.h"
 
 #include <QApplication>
 #include <QCheckBox>

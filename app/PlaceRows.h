@@ -2,7 +2,7 @@
 
 #include "jobs/StationList.h"
 #include "look/controls/PlaceList.h"
-#include "search/ResultRow.h"
+#include "search/Photon.h"
 
 #include <QList>
 #include <QString>

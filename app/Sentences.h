@@ -2,7 +2,7 @@
 
 #include "jobs/ImporterJob.h"
 #include "jobs/RouteImport.h"
-#include "search/SearchFailure.h"
+#include "search/Photon.h"
 
 #include <QString>
 

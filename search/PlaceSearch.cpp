@@ -1,8 +1,6 @@
 #include "search/PlaceSearch.h"
 
 #include "platform/MainQueue.h"
-#include "search/PhotonAnswer.h"
-#include "search/PhotonQuery.h"
 
 #include <QPointer>
 

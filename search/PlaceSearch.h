@@ -1,9 +1,7 @@
 #pragma once
 
 #include "search/NXPhotonSearch.h"
-#include "search/ResultRow.h"
 
-#include <QList>
 #include <QObject>
 
 namespace search {
