@@ -1,7 +1,5 @@
 #include "jobs/ImporterJob.h"
 
-#include "jobs/FilePath.h"
-#include "jobs/StopOwnedTask.h"
 #include "platform/AtomicFile.h"
 #include "platform/ChildProcess.h"
 #include "platform/MainQueue.h"
@@ -81,8 +79,6 @@ JobReport finishJob(JobPlan plan, const platform::ChildExit& exit, Ending ending
 
 ImporterJob::ImporterJob(JobPlan plan) : kind_(plan.kind), plan_(std::move(plan)) {}
 
-ImporterJob::~ImporterJob() = default;
-
 std::error_code ImporterJob::start(Completion completion) {
     const platform::UniqueFd log = std::move(plan_.log); // the tool's own from here on
     child_ = platform::ChildProcess::make(commandOf(plan_, log.get()));
@@ -97,6 +93,10 @@ std::error_code ImporterJob::start(Completion completion) {
         const JobPlan gone = std::move(plan_); // and its folder with it
     }
     return failure;
+}
+
+void NXStopOwnedTask(const std::shared_ptr<platform::ChildProcess>& child) {
+    platform::stopChild(child);
 }
 
 void ImporterJob::stop() {

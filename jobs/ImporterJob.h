@@ -38,7 +38,6 @@ public:
     using Completion = std::function<void(const std::shared_ptr<ImporterJob>&, const JobReport&)>;
 
     explicit ImporterJob(JobPlan plan);
-    ~ImporterJob();
     ImporterJob(const ImporterJob&) = delete;
     ImporterJob& operator=(const ImporterJob&) = delete;
 
@@ -59,5 +58,9 @@ private:
     std::shared_ptr<platform::ChildProcess> child_; // written before the child runs
     std::atomic<bool> cancelRequested_ = false;     // read on the thread of the child's exit
 };
+
+// Stops a child that a job started: asks it to end, and two seconds later ends what still runs.
+// Never blocks. Does nothing for no child and for one that has ended. Any thread.
+void NXStopOwnedTask(const std::shared_ptr<platform::ChildProcess>& child);
 
 } // namespace jobs

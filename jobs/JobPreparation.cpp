@@ -1,6 +1,5 @@
 #include "jobs/JobPreparation.h"
 
-#include "jobs/FilePath.h"
 #include "jobs/WorkNames.h"
 #include "localization/NXLocal.h"
 #include "platform/AtomicFile.h"

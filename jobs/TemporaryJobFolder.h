@@ -2,11 +2,18 @@
 
 #include "platform/PrivateFiles.h"
 
+#include <QFile>
 #include <QString>
 
 #include <optional>
+#include <string>
 
 namespace jobs {
+
+// A path as the file system has it. Pure; any thread.
+inline std::string filePath(const QString& path) {
+    return QFile::encodeName(path).toStdString();
+}
 
 // A private temporary folder for one job, removed with all that is in it when this goes. Any
 // thread.
