@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Control.h"
+#include "app/ControlStates.h"
 #include "app/Sentences.h"
 
 #include <QMainWindow>

@@ -4,10 +4,8 @@
 
 #include <iterator>
 
-namespace app {
-
 // The public services that the window names. Nothing else in the program knows an address.
-namespace services {
+namespace app::services {
 
 using Address = QLatin1StringView;
 
@@ -27,6 +25,4 @@ constexpr Address dataAddress(int index) {
     return index >= 0 && index < int(std::size(addresses)) ? addresses[index] : Address();
 }
 
-} // namespace services
-
-} // namespace app
+} // namespace app::services
