@@ -57,16 +57,13 @@ void Field::timerEvent(QTimerEvent* event) {
     update(cursorRect());
 }
 
-void Field::changeEvent(QEvent* event) {
-    QLineEdit::changeEvent(event);
+bool Field::event(QEvent* event) {
+    const bool isHandled = QLineEdit::event(event);
     if (event->type() == QEvent::LayoutDirectionChange)
         alignToLeadingEdge();
-}
-
-bool Field::event(QEvent* event) {
-    if (event->type() == QEvent::ReadOnlyChange)
+    else if (event->type() == QEvent::ReadOnlyChange)
         takeTextColour();
-    return QLineEdit::event(event);
+    return isHandled;
 }
 
 // After every key the cursor is visible for a whole half period, so that it never seems lost.

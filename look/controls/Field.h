@@ -15,7 +15,6 @@ enum class FieldKind {
 // of the window. Draws its own blue text cursor. Main thread.
 class Field : public QLineEdit {
     Q_OBJECT
-
 public:
     explicit Field(FieldKind kind, QWidget* parent = nullptr);
 
@@ -26,7 +25,6 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
-    void changeEvent(QEvent* event) override;
     bool event(QEvent* event) override;
 
 private:

@@ -140,10 +140,6 @@ PlaceList::PlaceList(QWidget* parent)
     viewport()->setAutoFillBackground(false);
 }
 
-PlaceList::~PlaceList() {
-    delete emptyLabel_;
-}
-
 void PlaceList::setEmptyText(const QString& text) {
     emptyLabel_->setText(text);
     placeEmptyLabel();

@@ -17,8 +17,7 @@ struct PlaceRow {
 };
 
 // The rows of a list of places, name over detail. Qt::DisplayRole is the name line, `detailRole`
-// and the tooltip the detail, the accessible text both with a line break between them.
-// Main thread.
+// and the tooltip the detail, the accessible text both with a line break between them. Main thread.
 class PlaceListModel : public QAbstractListModel {
     Q_OBJECT
 public:
@@ -42,10 +41,9 @@ private:
 // that lies inside a list, and it comes and goes with the list. Main thread.
 class PlaceList : public QListView {
     Q_OBJECT
-
 public:
     explicit PlaceList(QWidget* parent = nullptr);
-    ~PlaceList() override;
+    ~PlaceList() override { delete emptyLabel_; }
 
     // Shown while the model has no rows; an empty text shows none.
     void setEmptyText(const QString& text);

@@ -9,7 +9,6 @@
 using namespace Qt::StringLiterals;
 
 namespace look {
-
 namespace {
 
 bool isWhole(qreal number) {

@@ -15,15 +15,12 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFocusFrame>
-#include <QFrame>
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
-#include <QStyleOption>
 
 namespace look {
-
 namespace {
 
 QRect scrollThumb(const QStyleOptionSlider& option) {
@@ -134,7 +131,6 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
         return;
     case PE_FrameMenu: // part of the panel
     case PE_FrameFocusRect:
-    case PE_FrameDefaultButton:
     case PE_PanelItemViewRow:
     case PE_PanelMenuBar:
     case PE_PanelScrollAreaCorner:
@@ -159,8 +155,8 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
         if (const auto* frame = qobject_cast<const QFocusFrame*>(widget); frame && frame->widget())
             drawFocusRing(*painter, *option, *frame->widget());
         return;
-    case CE_ComboBoxLabel:
-        return; // drawn with the control
+    case CE_ComboBoxLabel: // drawn with the control
+        return;
     case CE_MenuItem:
         if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
             drawMenuRow(*painter, *item);
@@ -168,11 +164,6 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
     case CE_MenuBarItem:
         if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
             drawMenuBarItem(*painter, *item);
-        return;
-    case CE_MenuEmptyArea:
-    case CE_MenuHMargin:
-    case CE_MenuVMargin:
-    case CE_MenuTearoff:
         return;
     case CE_MenuBarEmptyArea:
         painter->fillRect(option->rect, QColor(colours::window));
@@ -214,14 +205,9 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_FocusFrameVMargin:
         return sizes::focusRing;
     case PM_ScrollView_ScrollBarSpacing:
-    case PM_ScrollView_ScrollBarOverlap:
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
-    case PM_ButtonDefaultIndicator:
     case PM_MenuBarPanelWidth:
-    case PM_MenuBarVMargin:
-    case PM_MenuBarHMargin:
-    case PM_MenuDesktopFrameWidth:
         return 0;
     case PM_MenuBarItemSpacing:
         return 2;
@@ -254,8 +240,6 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
     case SH_MenuBar_MouseTracking:
     case SH_Menu_Scrollable:
         return 1;
-    case SH_ComboBox_PopupFrameStyle:
-        return int(QFrame::StyledPanel) | int(QFrame::Plain);
     case SH_Menu_Mask:
         if (auto* mask = qstyleoption_cast<QStyleHintReturnMask*>(returned);
             mask && needsWindowShape()) {
@@ -265,9 +249,6 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
         return 0;
     case SH_FocusFrame_Mask: // the ring follows round corners into the control's rectangle
     case SH_UnderlineShortcut:
-    case SH_EtchDisabledText:
-    case SH_DitherDisabledText:
-    case SH_ScrollView_FrameOnlyAroundContents:
     case SH_ItemView_ActivateItemOnSingleClick:
         return 0;
     default:

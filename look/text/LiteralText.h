@@ -5,9 +5,10 @@
 #include <QString>
 #include <QTextLayout>
 
+#include <optional>
+
 class QAbstractButton;
 class QPainter;
-class QRect;
 
 // Texts as they were given. What a geocoder or a log says may hold "<b>", "&" or a hundred
 // kilobytes: nothing here reads markup or mnemonics, and nothing shapes more characters than can be
@@ -45,9 +46,8 @@ private:
     const Line& whole(const QFont& font) const;
 
     QString text_;
-    mutable Line whole_;
+    mutable std::optional<Line> whole_; // nothing where it has not been measured
     mutable Line fitted_;
-    mutable bool isMeasured_ = false;
     mutable int fittedWidth_ = -1; // fitted_ is for this width
 };
 
@@ -75,8 +75,7 @@ public:
     TextBlock(const QString& text, const QFont& font, int width, int maximumLines,
               Qt::LayoutDirection direction, Qt::Alignment alignment);
 
-    int lineCount() const { return layout_.lineCount(); }
-    int height() const;
+    int height() const { return layout_.lineCount() * lineHeight_; }
     // The longest line in pixels.
     int naturalWidth() const;
     // Where the longest line starts within the width.
