@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jobs/ImporterJob.h"
+#include "jobs/JobRunner.h"
 #include "jobs/RouteImport.h"
 #include "search/Photon.h"
 
