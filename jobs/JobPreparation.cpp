@@ -2,7 +2,7 @@
 
 #include "jobs/WorkNames.h"
 #include "localization/NXLocal.h"
-#include "platform/AtomicFile.h"
+#include "platform/Files.h"
 
 #include <QCoreApplication>
 #include <QDir>

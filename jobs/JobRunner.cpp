@@ -1,7 +1,7 @@
 #include "jobs/JobRunner.h"
 
-#include "platform/AtomicFile.h"
-#include "platform/MainQueue.h"
+#include "platform/Files.h"
+#include "platform/Threads.h"
 
 #include <QFileInfo>
 #include <QPointer>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/PrivateFiles.h"
+#include "platform/Files.h"
 
 #include <QFile>
 #include <QString>
@@ -24,7 +24,6 @@ public:
     static std::optional<TemporaryJobFolder> make(const QString& name, platform::Parents parents);
 
     TemporaryJobFolder(TemporaryJobFolder&& other) noexcept;
-    TemporaryJobFolder& operator=(TemporaryJobFolder&&) = delete;
     ~TemporaryJobFolder();
 
     const QString& path() const { return path_; }

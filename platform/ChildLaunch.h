@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/ChildProcess.h"
-#include "platform/UniqueFd.h"
+#include "platform/Descriptors.h"
 
 #include <sys/types.h>
 

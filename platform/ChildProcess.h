@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Pipe.h"
+#include "platform/Descriptors.h"
 
 #include <sys/types.h>
 
@@ -54,9 +54,6 @@ class ChildProcess : public std::enable_shared_from_this<ChildProcess> {
 public:
     // Any thread.
     static std::shared_ptr<ChildProcess> make(ChildCommand command);
-    ~ChildProcess() = default;
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
 
     // Starts the child and returns once it executes its program. On failure the error says why
     // (a missing or forbidden program, a bad working directory, no resources), nothing is left

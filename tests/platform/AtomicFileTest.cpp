@@ -1,6 +1,5 @@
-#include "platform/AtomicFile.h"
-
 #include "TemporaryFolder.h"
+#include "platform/Files.h"
 
 #include <gtest/gtest.h>
 #include <signal.h>

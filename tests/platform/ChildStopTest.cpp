@@ -3,8 +3,8 @@
 #include "ChildTest.h"
 #include "RunningChild.h"
 #include "WaitUntil.h"
-#include "platform/Background.h"
 #include "platform/ChildProcess.h"
+#include "platform/Threads.h"
 
 #include <signal.h>
 #include <spawn.h>

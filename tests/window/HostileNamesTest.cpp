@@ -11,7 +11,7 @@
 #include <map>
 
 #ifdef __linux__
-#include "platform/UniqueFd.h"
+#include "platform/Descriptors.h"
 
 #include <sys/inotify.h>
 #include <unistd.h>
