@@ -21,6 +21,7 @@
 #include <QCloseEvent>
 #include <QScreen>
 #include <QShortcut>
+#include <QStackedWidget>
 
 #include <algorithm>
 
@@ -48,10 +49,12 @@ Control* named(const char* name, Control* control) {
     return control;
 }
 
-// What lies below the menu bar.
+// The controls and their texts.
 class Content : public QWidget {
 public:
     QSize sizeHint() const override { return {820, 760}; }
+    // Otherwise what holds it would ask for as little height as its texts need.
+    bool hasHeightForWidth() const override { return false; }
 };
 
 Label* makeLabel(int pixels, QRgb colour, const QString& text, int lines = 1) {
@@ -83,7 +86,8 @@ Field* makeAddressField(FieldKind kind, const QString& spokenName) {
 
 } // namespace
 
-MainWindow::MainWindow(Mode startMode) : announcer_(new look::Announcer(this)) {
+MainWindow::MainWindow(Mode startMode)
+    : announcer_(new look::Announcer(this)), pages_(new QStackedWidget) {
     setWindowTitle(NXLocal(u"Norvaxel 3D · Orte und Routen"_s));
     auto* content = new Content;
     content->setMinimumSize(780, 730);
@@ -116,7 +120,8 @@ MainWindow::MainWindow(Mode startMode) : announcer_(new look::Announcer(this)) {
     credit = named("credit", makeLabel(11, look::colours::tertiary, {}, 3));
     column->addWidget(credit);
     column->addStretch();
-    setCentralWidget(content);
+    pages_->addWidget(content);
+    setCentralWidget(pages_);
     widgets_ = {{mode,
                  query,
                  searchButton,
@@ -331,9 +336,8 @@ std::optional<Control> MainWindow::focusedControl() const {
 }
 
 void MainWindow::showAlert(const QString& title, const QString& message, const QString& button) {
-    auto* alert = new look::Panel(look::PanelKind::Alert, title, message, this);
+    auto* alert = new look::Panel(look::PanelKind::Alert, title, message, pages_);
     alert->setButtons(button);
-    alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->open();
 }
 

@@ -287,7 +287,8 @@ bool NXImportApp::applicationShouldTerminate() {
 
 void NXImportApp::chooseLanguage() {
     if (!busy())
-        offerLanguages(window_.get(), [this] { setStatus(languageNotSaved(), StatusKind::Error); });
+        offerLanguages(window_->pages(),
+                       [this] { setStatus(languageNotSaved(), StatusKind::Error); });
 }
 
 } // namespace app

@@ -16,8 +16,8 @@ TEST_PACKAGES=(libgtest-dev libbenchmark-dev gettext util-linux libx11-6 libxtst
 TEST_PACKAGES+=(librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file)
 # To hold the files that are handed over against their schemas.
 TEST_PACKAGES+=(python3-jsonschema)
-# A screen of the other kind, without a screen.
-TEST_PACKAGES+=(weston qt6-wayland)
+# A window manager; and a screen of the other kind, without a screen.
+TEST_PACKAGES+=(weston qt6-wayland openbox)
 # To hold the rules of the house; the last two let CMake describe the build, tests included.
 CHECK_PACKAGES=(clang-format-19 clang-tidy-19 git libgtest-dev librsvg2-bin)
 

@@ -173,6 +173,30 @@ TEST_F(AccessibilityTest, what_is_not_shown_is_not_heard) {
     EXPECT_TRUE(spoken(control("downloadButton"))->state().disabled);
 }
 
+TEST_F(AccessibilityTest, nothing_under_a_dialog_is_heard_until_it_goes) {
+    start();
+    const auto heard = [this] {
+        QStringList names;
+        for (const QWidget* each : shown<QWidget>(window()->centralWidget()))
+            if (!each->objectName().isEmpty() && !each->objectName().startsWith("qt_"_L1))
+                names += each->objectName();
+        return names;
+    };
+    const QStringList before = heard();
+    ASSERT_GT(before.size(), 10);
+    click(button("languageButton"));
+    EXPECT_EQ(heard(), QStringList(u"languages"_s));
+    EXPECT_TRUE(spoken(control("query"))->state().invisible);
+    EXPECT_FALSE(spoken(alert())->state().invisible);
+    QAccessibleInterface* above = spoken(alert());
+    while (above->object() != window())
+        above = above->parent();
+    EXPECT_EQ(above->role(), QAccessible::Window);
+    alert()->reject();
+    EXPECT_EQ(heard(), before);
+    settle();
+}
+
 TEST_F(AccessibilityTest, tab_follows_the_eye_in_place_mode) {
     start();
     const QStringList stops{u"query"_s,    u"searchButton"_s,  u"table"_s,          u"radius"_s,
