@@ -249,6 +249,7 @@ void NXImportApp::jobEnded(jobs::JobKind kind, const jobs::JobReport& report) {
     const QString message = outcomeText(kind, report);
     setStatus(message, hasFailed ? StatusKind::Error : StatusKind::Plain);
     updateControls();
+    QApplication::alert(window_.get()); // the toolkit does nothing where the window is active
     if (terminationPending_)
         window_->close();
     else if (hasFailed)

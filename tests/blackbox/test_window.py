@@ -139,16 +139,18 @@ class Sheets(BlackBox):
         self.window.press(w.LANGUAGE)
         w.until(lambda: self.window.focused(self.LANGUAGES), "the dialog hears keys", w.SECONDS, self.window.describe)
 
-    def start_failing(self, **environment):
-        """Everything for an import that fails as soon as the gate is there."""
-        self.importer_behaves("fail-silently")
-        self.start(NORVAXEL_SANDBOX_GATE=self.folder / "gate", **environment)
+    def start_import(self, how="missing-file"):
+        """Everything for an import that ends as soon as the gate is there: it fails, or as `how` says."""
+        for left in (self.folder / "gate", self.record_file):
+            left.unlink(missing_ok=True)
+        self.importer_behaves(how)
+        self.start(NORVAXEL_SANDBOX_GATE=self.folder / "gate")
         self.search("Berlin")
         self.window.select(w.RESULTS, 0)
         self.window.press(w.DOWNLOAD)
         self.importer_event()
 
-    def fail_now(self):
+    def end_import(self):
         (self.folder / "gate").touch()
 
     def assert_gone(self, how):
@@ -224,15 +226,39 @@ class Sheets(BlackBox):
             self.assert_gone("Escape closes it")
 
     def test_an_alert_of_a_minimised_window_is_there_when_it_comes_back(self):
-        self.start_failing()
+        self.start_import()
         x11.press("Ctrl+m")
         w.until(lambda: "_NET_WM_STATE_HIDDEN" in x11.states(self.program.pid), "the window is an icon")
-        self.fail_now()
+        self.end_import()
         self.window.control(w.OK)
         x11.activate(self.program.pid)
         w.until(lambda: x11.is_active(self.program.pid), "the window is active again")
         x11.press("Return")
         self.assert_gone("Return closes it")
+
+    def test_the_task_bar_shows_that_a_job_has_ended_in_a_window_that_is_not_active(self):
+        attention = "_NET_WM_STATE_DEMANDS_ATTENTION"
+        for how in ("missing-file", ""):
+            with self.subTest(how):
+                self.start_import(how)
+                with x11.another_window(5, 5, 90, 90) as is_active:
+                    w.until(is_active, "another window is active")
+                    w.until(lambda: not self.window.all("frame")[0].get_state_set().contains(w.Atspi.StateType.ACTIVE),
+                            "the window knows it")
+                    self.assertNotIn(attention, x11.states(self.program.pid))
+                    self.end_import()
+                    w.until(lambda: attention in x11.states(self.program.pid), "the window asks for attention")
+                    x11.activate(self.program.pid)
+                    w.until(lambda: x11.is_active(self.program.pid), "the window is active again")
+                    w.until(lambda: attention not in x11.states(self.program.pid), "that is all it asked for")
+                self.program.terminate()
+                self.assert_ended_well()
+
+    def test_a_job_that_ends_in_the_active_window_asks_for_nothing(self):
+        self.start_import()
+        self.end_import()
+        self.window.control(w.OK)
+        self.assertEqual(x11.states(self.program.pid), set())
 
     def test_an_alert_does_not_keep_the_program_from_ending(self):
         roads = {"Ctrl+Q": lambda: x11.press("Ctrl+q"), "Ctrl+W": lambda: x11.press("Ctrl+w"),
@@ -240,10 +266,8 @@ class Sheets(BlackBox):
                  "SIGTERM": lambda: self.program.send_signal(signal.SIGTERM)}
         for name, road in roads.items():
             with self.subTest(name):
-                (self.folder / "gate").unlink(missing_ok=True)
-                self.record_file.unlink(missing_ok=True)
-                self.start_failing()
-                self.fail_now()
+                self.start_import()
+                self.end_import()
                 self.window.control(w.OK)
                 road()
                 self.assert_ended_well()
