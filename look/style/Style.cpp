@@ -3,6 +3,7 @@
 #include "look/accessibility/Accessibility.h"
 #include "look/controls/Field.h"
 #include "look/style/Colours.h"
+#include "look/style/DoubleClick.h"
 #include "look/style/FocusRing.h"
 #include "look/style/Shapes.h"
 #include "look/style/Sizes.h"
@@ -375,6 +376,7 @@ void applyLook(QApplication& application) {
     QApplication::setFont(font(13));
     keepToolTipsPlain(application);
     keepFocusRing(application);
+    keepDoubleClicksTogether(application);
     describeOurWidgets();
 }
 

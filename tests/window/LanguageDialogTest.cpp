@@ -258,6 +258,21 @@ TEST_F(LanguageDialogTest, the_mouse_chooses_from_the_list) {
     expectConfirmation("pl");
 }
 
+TEST_F(LanguageDialogTest, a_double_click_does_not_close_the_confirmation_as_well) {
+    start();
+    openDialog();
+    chooseItem(itemOf("en"));
+    const look::Button* apply = dialog()->prominentButton();
+    const QPoint place = apply->mapTo(window(), apply->rect().center());
+    QTest::mouseDClick(window()->windowHandle(), Qt::LeftButton, {}, place);
+    settle();
+    ASSERT_NE(alert(), nullptr);
+    const look::Button* ok = alert()->prominentButton();
+    EXPECT_TRUE(QRect(ok->mapTo(window(), QPoint()), ok->size()).contains(place))
+        << "nothing could go wrong here otherwise";
+    expectConfirmation("en");
+}
+
 TEST_F(LanguageDialogTest, what_cannot_be_saved_is_told_by_the_status_alone) {
     start();
     const auto folder = file().parent_path();
