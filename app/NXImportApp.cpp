@@ -9,7 +9,6 @@
 #include "localization/Language.h"
 #include "localization/NXLocal.h"
 #include "look/controls/Button.h"
-#include "look/controls/Field.h"
 #include "look/controls/PopUp.h"
 #include "look/controls/Segments.h"
 #include "look/text/Label.h"
@@ -62,6 +61,7 @@ void NXImportApp::connectControls() {
     connect(w->query, &QLineEdit::returnPressed, this, &NXImportApp::search);
     connect(w->searchButton, &QPushButton::clicked, this, &NXImportApp::search);
     connect(w->endpoint, &QComboBox::currentIndexChanged, this, &NXImportApp::endpointChanged);
+    connect(w->endpoint, &QComboBox::activated, this, &NXImportApp::endpointChosen);
     connect(w->travel, &look::Segments::selectionChanged, this, &NXImportApp::routeMapChanged);
     connect(w->routeMapCheckbox, &QCheckBox::toggled, this, &NXImportApp::routeMapChanged);
     connect(w->table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
