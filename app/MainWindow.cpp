@@ -376,6 +376,11 @@ void MainWindow::focusResults() {
         table->setCurrentIndex(table->model()->index(0, 0));
 }
 
+void MainWindow::focusQuery() {
+    query->setFocus();
+    query->selectAll();
+}
+
 void MainWindow::selectStation(int row) {
     const QModelIndex index = stationTable->model()->index(row, 0);
     stationTable->setCurrentIndex(index);

@@ -53,6 +53,8 @@ public:
     // The selected row of a list, or -1.
     int selectedResult() const;
     int selectedStation() const;
+    // Into the search field, where the next letter replaces its text.
+    void focusQuery();
     // Selects a station, in view; -1 selects none.
     void selectStation(int row);
 

@@ -175,6 +175,8 @@ void NXImportApp::addStation() {
     const search::ResultRow& place = results().at(row);
     const auto added = stations_.add({place.name, place.detail, place.longitude, place.latitude});
     showStations(added, addedStationStatus(stations_.size()));
+    if (added)
+        window_->focusQuery();
 }
 
 void NXImportApp::removeStation() {
