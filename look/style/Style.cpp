@@ -70,8 +70,8 @@ QPalette Style::standardPalette() const {
     set(QPalette::Shadow, colours::well);
     set(QPalette::Highlight, colours::selection);
     set(QPalette::HighlightedText, colours::white);
-    set(QPalette::Link, colours::focusLine);
-    set(QPalette::LinkVisited, colours::focusLine);
+    set(QPalette::Link, colours::focusRing);
+    set(QPalette::LinkVisited, colours::focusRing);
     set(QPalette::ToolTipBase, colours::toolTip);
     set(QPalette::ToolTipText, colours::label);
     // The inactive colours are the active ones: where they differ, the toolkit draws the whole

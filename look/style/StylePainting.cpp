@@ -114,7 +114,7 @@ void drawField(QPainter& painter, const QStyleOption& option, const QWidget* wid
             line = colours::borderReadOnly;
         }
         if (option.state & QStyle::State_HasFocus && option.state & QStyle::State_Active)
-            line = colours::focusLine;
+            line = colours::focusRing;
     }
     drawBordered(painter, option.rect, radius, fill, line);
 }
@@ -136,6 +136,7 @@ void drawFocusRing(QPainter& painter, const QStyleOption& option, const QWidget&
         radius = sizes::boxRadius;
     }
     drawBand(painter, around, radius, sizes::focusRing, colours::focusRing);
+    drawBand(painter, around, radius, sizes::focusRingInner, colours::focusRingInner);
 }
 
 void drawWell(QPainter& painter, const QStyleOption& option) {

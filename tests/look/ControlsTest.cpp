@@ -280,7 +280,7 @@ TEST_F(ControlsTest, fields_have_the_colours_of_their_states) {
         field.setReadOnly(false);
         field.setEnabled(true);
         field.setFocus();
-        expect(well, focusLine, labelOnWell);
+        expect(well, focusRing, labelOnWell);
     }
 }
 

@@ -95,8 +95,10 @@ public:
 protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
-        for (const auto& [rectangle, radius] : rings_)
+        for (const auto& [rectangle, radius] : rings_) {
             look::drawBand(painter, rectangle, radius, 3, look::colours::focusRing);
+            look::drawBand(painter, rectangle, radius, 1, look::colours::focusRingInner);
+        }
     }
 
 private:

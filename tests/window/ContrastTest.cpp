@@ -2,6 +2,7 @@
 // window and of each control, by the measure of the Web Content Accessibility Guidelines 2.
 
 #include "SearchWindowTest.h"
+#include "look/style/FocusRing.h"
 #include "look/style/ToolTip.h"
 
 #include <QAbstractItemView>
@@ -471,6 +472,35 @@ TEST_F(ContrastTest, tooltip) {
     ASSERT_FALSE(toolTipAt(control("routeMapCheckbox"), QPoint(4, 4)).isEmpty());
     QWidget* tip = look::shownToolTip();
     expectReadable(pictureOf(tip), tip->rect().adjusted(6, 4, -6, -4), "tooltip", enabledText);
+}
+
+// Against the ground around it, and its two lines against each other, so that it is seen around
+// blue as well.
+TEST_F(ContrastTest, focus_ring) {
+    start();
+    const auto expectRing = [this](QWidget* control) {
+        control->setFocus(Qt::TabFocusReason);
+        settle();
+        ASSERT_EQ(look::ringedControl(), control);
+        const QImage picture = pictureOf(window());
+        const auto at = [&](int distance) {
+            return picture.pixel(control->mapTo(window(), QPoint(control->width() / 2, -distance)) *
+                                 scale);
+        };
+        constexpr double leastOfShapes = 3;
+        EXPECT_GE(contrast(at(3), at(5)), leastOfShapes) << hex(at(3)) << " on " << hex(at(5));
+        EXPECT_EQ(at(2), at(3));
+        EXPECT_NE(at(1), at(2));
+    };
+    QTest::keyClick(field("query"), Qt::Key_Tab);
+    for (const char* name : {"searchButton", "query", "table", "radius", "languageButton"})
+        expectRing(control(name));
+    click(button("languageButton"));
+    QTest::keyClick(alert()->findChild<look::PopUp*>(), Qt::Key_Tab);
+    expectRing(alert()->otherButton());
+    expectRing(alert()->prominentButton());
+    alert()->reject();
+    settle();
 }
 
 TEST_F(ContrastTest, language_dialog_active_and_inactive) {

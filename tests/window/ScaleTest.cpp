@@ -417,16 +417,19 @@ TEST_F(ScaleTest, a_ring_is_sharp_on_both_sides) {
         const int top = device(area.top());
         const std::vector<Stretch> above = stretches(
             picture, {middle, device(area.top() - 3) - device(2)}, {middle, top + device(3)});
-        ASSERT_EQ(above.size(), 4U) << name << ": " << describe(above);
+        ASSERT_EQ(above.size(), 5U) << name << ": " << describe(above);
         EXPECT_TRUE(isClose(above[1].colour, look::colours::focusRing)) << describe(above);
-        EXPECT_EQ(above[1].length, top - device(area.top() - 3)) << describe(above);
-        EXPECT_EQ(above[2].length, lineWidth()) << describe(above);
+        EXPECT_TRUE(isClose(above[2].colour, look::colours::focusRingInner)) << describe(above);
+        EXPECT_EQ(above[1].length, device(area.top() - 1) - device(area.top() - 3))
+            << describe(above);
+        EXPECT_EQ(above[2].length, top - device(area.top() - 1)) << describe(above);
+        EXPECT_EQ(above[3].length, lineWidth()) << describe(above);
         const int bottom = device(area.top() + area.height()) - 1;
         const int end = device(area.top() + area.height() + 3) - 1;
         const std::vector<Stretch> below =
             stretches(picture, {middle, end + device(2)}, {middle, bottom - device(3)});
-        ASSERT_EQ(below.size(), 4U) << name << ": " << describe(below);
-        EXPECT_EQ(below[1].length, end - bottom) << describe(below);
+        ASSERT_EQ(below.size(), 5U) << name << ": " << describe(below);
+        EXPECT_EQ(below[1].length + below[2].length, end - bottom) << describe(below);
     }
 }
 
