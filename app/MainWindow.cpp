@@ -77,9 +77,9 @@ int selectedRow(const QAbstractItemView& list) {
     return rows.isEmpty() ? -1 : rows.first().row();
 }
 
-Field* makeAddressField(FieldKind kind, const QString& spokenName) {
+Field* makeAddressField(FieldKind kind, const QString& spokenName, const QString& example) {
     auto* field = new Field(kind);
-    field->setPlaceholderText(services::example);
+    field->setExample(example);
     field->setAccessibleName(spokenName);
     return field;
 }
@@ -108,7 +108,8 @@ MainWindow::MainWindow(Mode startMode)
     mapOptions = named("mapOptions", makeMapOptions());
     column->addWidget(mapOptions);
     endpointField =
-        named("endpointField", makeAddressField(FieldKind::Service, NXLocal(u"Datendienst"_s)));
+        named("endpointField", makeAddressField(FieldKind::Service, NXLocal(u"Datendienst"_s),
+                                                services::dataExample));
     column->addWidget(endpointField);
     routeOptions = named("routeOptions", makeRouteOptions());
     column->addWidget(routeOptions);
@@ -178,7 +179,7 @@ QWidget* MainWindow::makeHeader() {
 QBoxLayout* MainWindow::makeSearchRow() {
     const QString prompt = NXLocal(u"Stadt, Ort oder Adresse weltweit"_s);
     query = named("query", new Field(FieldKind::Search));
-    query->setPlaceholderText(prompt);
+    query->setExample(prompt);
     query->setAccessibleName(prompt);
     searchButton = named("searchButton", new Button(ButtonKind::Push, NXLocal(u"Suchen"_s)));
     searchButton->setGlyph(look::ButtonGlyph::Magnifier);
@@ -285,7 +286,8 @@ QWidget* MainWindow::makeRouteOptions() {
     routeMapCheckbox->setToolTip(NXLocal(
         u"Norvaxel 3D lädt zu jeder Route Gebäude und Straßen entlang der ganzen Strecke sowie das Gelände. Benötigt Internet; danach rendert das Paket offline."_s));
     routeEndpointField =
-        named("routeEndpointField", makeAddressField(FieldKind::Routing, routingText));
+        named("routeEndpointField",
+              makeAddressField(FieldKind::Routing, routingText, services::routingExample));
     routeEndpointField->setText(services::routing);
     routeEndpointField->setToolTip(NXLocal(
         u"Optional: eigener kompatibler HTTPS-Routingdienst ohne Zugangsdaten. Die Standardadresse verwendet öffentliche OSM-Daten."_s));

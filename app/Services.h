@@ -17,7 +17,8 @@ inline constexpr Address overpassAlternative{
 inline constexpr Address routing{"https://routing.openstreetmap.de/routed-car/route/v1/driving"};
 
 // Shown in an empty address field as an example; nobody answers there.
-inline constexpr Address example{"https://overpass.example.org/api/interpreter"};
+inline constexpr Address dataExample{"https://overpass.example.org/api/interpreter"};
+inline constexpr Address routingExample{"https://routing.example.org/routed-car/route/v1/driving"};
 
 // Of the data service in that place of the pop-up; empty for the one that the person types.
 constexpr Address dataAddress(int index) {

@@ -19,6 +19,8 @@ public:
     explicit Field(FieldKind kind, QWidget* parent = nullptr);
 
     int cornerRadius() const;
+    // What to type. Shown, and told as the description, only while the field is empty and takes it.
+    void setExample(const QString& text);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -31,8 +33,10 @@ private:
     void showCursor();
     void alignToLeadingEdge();
     void takeTextColour();
+    void showExample();
 
     FieldKind kind_;
+    QString example_;
     // Runs while the field has the focus of an active window, unless the desktop forbids blinking.
     QBasicTimer blink_;
     bool isCursorShown_ = false;

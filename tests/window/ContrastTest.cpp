@@ -136,6 +136,8 @@ protected:
 
     void expectField(const QImage& picture, const look::Field* field) {
         const QString text = field->text().isEmpty() ? field->placeholderText() : field->text();
+        if (text.isEmpty())
+            return; // nothing to read, and nothing to type
         // Without the cursor before the first letter.
         expectPart(picture, field, field->rect().adjusted(13, 3, -9, -3), text);
     }
