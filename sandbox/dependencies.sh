@@ -18,8 +18,8 @@ TEST_PACKAGES+=(librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file)
 TEST_PACKAGES+=(python3-jsonschema)
 # A window manager; and a screen of the other kind, without a screen.
 TEST_PACKAGES+=(weston qt6-wayland openbox)
-# To hold the rules of the house; the last two let CMake describe the build, tests included.
-CHECK_PACKAGES=(clang-format-19 clang-tidy-19 git libgtest-dev librsvg2-bin)
+# To hold the rules of the house.
+CHECK_PACKAGES=(clang-format-19 clang-tidy-19 git libbenchmark-dev)
 
 # What must be callable where there is no apt-get to ask.
 RUN_COMMANDS=(c++ cmake ninja curl openssl python3)
