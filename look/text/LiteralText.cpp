@@ -98,8 +98,8 @@ int FittedText::naturalWidth(const QFont& font) const {
 }
 
 const Line& FittedText::within(int width, const QFont& font) const {
-    if (whole(font).width <= width)
-        return *whole_;
+    if (const Line& uncut = whole(font); uncut.width <= width)
+        return uncut;
     if (fittedWidth_ != width) {
         fitted_ = fitLine(text_, font, width);
         fittedWidth_ = width;
