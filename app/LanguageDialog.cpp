@@ -35,29 +35,24 @@ int entryInUse() {
     return found == nxui::languageCodes.end() ? 0 : int(found - nxui::languageCodes.begin()) + 1;
 }
 
-look::Panel* makeConfirmation(const std::string& language, QWidget* parent) {
+void confirm(const std::string& language, QStackedWidget* pages) {
     auto* panel = new look::Panel(
         look::PanelKind::Dialog, localText(u"Sprache gespeichert"_s, language),
         localText(
             u"Die neue Sprache ist gespeichert. Dieses Suchfenster wird beim nächsten Öffnen aktualisiert. Bitte DaVinci Resolve neu starten."_s,
             language),
-        parent);
+        pages);
     panel->setLayoutDirection(nxui::isRightToLeft(language) ? Qt::RightToLeft : Qt::LeftToRight);
     // The same in every language.
     panel->setButtons(u"OK"_s);
-    return panel;
-}
-
-void show(look::Panel* panel) {
-    panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->open();
 }
 
 } // namespace
 
-LanguageDialog::LanguageDialog(QWidget* parent)
+LanguageDialog::LanguageDialog(QStackedWidget* pages)
     : Panel(look::PanelKind::Dialog, NXLocal(u"Sprache wählen"_s),
-            NXLocal(u"Die Sprache wird nur auf diesem Gerät gespeichert."_s), parent),
+            NXLocal(u"Die Sprache wird nur auf diesem Gerät gespeichert."_s), pages),
       languages_(new look::PopUp(300)) {
     languages_->setObjectName("languages"_L1);
     languages_->setFont(look::fontForNames(13));
@@ -73,16 +68,16 @@ std::string LanguageDialog::chosenLanguage() const {
     return std::string(nxui::languageForIndex(languages_->currentIndex()));
 }
 
-void offerLanguages(QWidget* window, std::function<void()> notSaved) {
-    auto* dialog = new LanguageDialog(window);
+void offerLanguages(QStackedWidget* pages, std::function<void()> notSaved) {
+    auto* dialog = new LanguageDialog(pages);
     QObject::connect(dialog, &QDialog::accepted, dialog, [=, notSaved = std::move(notSaved)] {
         const std::string language = dialog->chosenLanguage();
         if (nxui::saveLanguage(nxui::Product::ThreeD, language, nxui::homeDirectory()))
-            show(makeConfirmation(language, window));
+            confirm(language, pages);
         else
             notSaved();
     });
-    show(dialog);
+    dialog->open();
 }
 
 } // namespace app

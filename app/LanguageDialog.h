@@ -15,7 +15,7 @@ namespace app {
 class LanguageDialog : public look::Panel {
     Q_OBJECT
 public:
-    explicit LanguageDialog(QWidget* parent);
+    explicit LanguageDialog(QStackedWidget* pages);
 
     // The language that is selected: one of the catalogue's codes, never empty. "Automatic" is
     // resolved now and later changes of the system's language do not follow.
@@ -25,9 +25,9 @@ private:
     look::PopUp* languages_;
 };
 
-// Lets the person choose the language over `window`, saves it, and says so in that language. The
-// window keeps its own until it is opened again. `notSaved` is called where it could not be saved.
-// Returns at once. Main thread.
-void offerLanguages(QWidget* window, std::function<void()> notSaved);
+// Lets the person choose the language over what `pages` shows, saves it, and says so in that
+// language. The window keeps its own until it is opened again. `notSaved` is called where it could
+// not be saved. Returns at once. Main thread.
+void offerLanguages(QStackedWidget* pages, std::function<void()> notSaved);
 
 } // namespace app

@@ -21,6 +21,7 @@
 #include <QCloseEvent>
 #include <QScreen>
 #include <QShortcut>
+#include <QStackedWidget>
 
 #include <algorithm>
 
@@ -48,10 +49,12 @@ Control* named(const char* name, Control* control) {
     return control;
 }
 
-// What lies below the menu bar.
+// The controls and their texts.
 class Content : public QWidget {
 public:
     QSize sizeHint() const override { return {820, 760}; }
+    // Otherwise what holds it would ask for as little height as its texts need.
+    bool hasHeightForWidth() const override { return false; }
 };
 
 Label* makeLabel(int pixels, QRgb colour, const QString& text, int lines = 1) {
@@ -74,16 +77,17 @@ int selectedRow(const QAbstractItemView& list) {
     return rows.isEmpty() ? -1 : rows.first().row();
 }
 
-Field* makeAddressField(FieldKind kind, const QString& spokenName) {
+Field* makeAddressField(FieldKind kind, const QString& spokenName, const QString& example) {
     auto* field = new Field(kind);
-    field->setPlaceholderText(services::example);
+    field->setExample(example);
     field->setAccessibleName(spokenName);
     return field;
 }
 
 } // namespace
 
-MainWindow::MainWindow(Mode startMode) : announcer_(new look::Announcer(this)) {
+MainWindow::MainWindow(Mode startMode)
+    : announcer_(new look::Announcer(this)), pages_(new QStackedWidget) {
     setWindowTitle(NXLocal(u"Norvaxel 3D · Orte und Routen"_s));
     auto* content = new Content;
     content->setMinimumSize(780, 730);
@@ -104,7 +108,8 @@ MainWindow::MainWindow(Mode startMode) : announcer_(new look::Announcer(this)) {
     mapOptions = named("mapOptions", makeMapOptions());
     column->addWidget(mapOptions);
     endpointField =
-        named("endpointField", makeAddressField(FieldKind::Service, NXLocal(u"Datendienst"_s)));
+        named("endpointField", makeAddressField(FieldKind::Service, NXLocal(u"Datendienst"_s),
+                                                services::dataExample));
     column->addWidget(endpointField);
     routeOptions = named("routeOptions", makeRouteOptions());
     column->addWidget(routeOptions);
@@ -116,7 +121,8 @@ MainWindow::MainWindow(Mode startMode) : announcer_(new look::Announcer(this)) {
     credit = named("credit", makeLabel(11, look::colours::tertiary, {}, 3));
     column->addWidget(credit);
     column->addStretch();
-    setCentralWidget(content);
+    pages_->addWidget(content);
+    setCentralWidget(pages_);
     widgets_ = {{mode,
                  query,
                  searchButton,
@@ -173,7 +179,7 @@ QWidget* MainWindow::makeHeader() {
 QBoxLayout* MainWindow::makeSearchRow() {
     const QString prompt = NXLocal(u"Stadt, Ort oder Adresse weltweit"_s);
     query = named("query", new Field(FieldKind::Search));
-    query->setPlaceholderText(prompt);
+    query->setExample(prompt);
     query->setAccessibleName(prompt);
     searchButton = named("searchButton", new Button(ButtonKind::Push, NXLocal(u"Suchen"_s)));
     searchButton->setGlyph(look::ButtonGlyph::Magnifier);
@@ -280,7 +286,8 @@ QWidget* MainWindow::makeRouteOptions() {
     routeMapCheckbox->setToolTip(NXLocal(
         u"Norvaxel 3D lädt zu jeder Route Gebäude und Straßen entlang der ganzen Strecke sowie das Gelände. Benötigt Internet; danach rendert das Paket offline."_s));
     routeEndpointField =
-        named("routeEndpointField", makeAddressField(FieldKind::Routing, routingText));
+        named("routeEndpointField",
+              makeAddressField(FieldKind::Routing, routingText, services::routingExample));
     routeEndpointField->setText(services::routing);
     routeEndpointField->setToolTip(NXLocal(
         u"Optional: eigener kompatibler HTTPS-Routingdienst ohne Zugangsdaten. Die Standardadresse verwendet öffentliche OSM-Daten."_s));
@@ -331,9 +338,8 @@ std::optional<Control> MainWindow::focusedControl() const {
 }
 
 void MainWindow::showAlert(const QString& title, const QString& message, const QString& button) {
-    auto* alert = new look::Panel(look::PanelKind::Alert, title, message, this);
+    auto* alert = new look::Panel(look::PanelKind::Alert, title, message, pages_);
     alert->setButtons(button);
-    alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->open();
 }
 
@@ -370,6 +376,11 @@ void MainWindow::focusResults() {
     table->setFocus(Qt::TabFocusReason);
     if (selectedResult() < 0)
         table->setCurrentIndex(table->model()->index(0, 0));
+}
+
+void MainWindow::focusQuery() {
+    query->setFocus();
+    query->selectAll();
 }
 
 void MainWindow::selectStation(int row) {

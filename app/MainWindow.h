@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Control.h"
+#include "app/ControlStates.h"
 #include "app/Sentences.h"
 
 #include <QMainWindow>
@@ -11,6 +11,7 @@
 
 class QBoxLayout;
 class QCheckBox;
+class QStackedWidget;
 
 namespace look {
 class Announcer;
@@ -38,6 +39,8 @@ public:
     // At its natural size in the middle of the screen, in front of other programs. Once, after the
     // menus were made: their bar comes on top of the content's size.
     void showCentred();
+    // What lies below the menu bar: the content, and over it a dialog or an alert.
+    QStackedWidget* pages() const { return pages_; }
     // `message` is shown literally; the alert does not block and needs no answer.
     void showAlert(const QString& title, const QString& message, const QString& button);
 
@@ -50,6 +53,8 @@ public:
     // The selected row of a list, or -1.
     int selectedResult() const;
     int selectedStation() const;
+    // Into the search field, where the next letter replaces its text.
+    void focusQuery();
     // Selects a station, in view; -1 selects none.
     void selectStation(int row);
 
@@ -105,6 +110,7 @@ private:
     void focusResults();
 
     look::Announcer* announcer_; // owned by the window
+    QStackedWidget* pages_;
     PerControl<QWidget*> widgets_;
 };
 

@@ -9,15 +9,11 @@
 #include "localization/Language.h"
 #include "localization/NXLocal.h"
 #include "look/controls/Button.h"
-#include "look/controls/Field.h"
-#include "look/controls/PlaceList.h"
 #include "look/controls/PopUp.h"
 #include "look/controls/Segments.h"
 #include "look/text/Label.h"
 #include "platform/FileBrowser.h"
 #include "platform/QuitSignals.h"
-#include "search/NXText.h"
-#include "search/PhotonQuery.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -65,6 +61,7 @@ void NXImportApp::connectControls() {
     connect(w->query, &QLineEdit::returnPressed, this, &NXImportApp::search);
     connect(w->searchButton, &QPushButton::clicked, this, &NXImportApp::search);
     connect(w->endpoint, &QComboBox::currentIndexChanged, this, &NXImportApp::endpointChanged);
+    connect(w->endpoint, &QComboBox::activated, this, &NXImportApp::endpointChosen);
     connect(w->travel, &look::Segments::selectionChanged, this, &NXImportApp::routeMapChanged);
     connect(w->routeMapCheckbox, &QCheckBox::toggled, this, &NXImportApp::routeMapChanged);
     connect(w->table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -178,6 +175,8 @@ void NXImportApp::addStation() {
     const search::ResultRow& place = results().at(row);
     const auto added = stations_.add({place.name, place.detail, place.longitude, place.latitude});
     showStations(added, addedStationStatus(stations_.size()));
+    if (added)
+        window_->focusQuery();
 }
 
 void NXImportApp::removeStation() {
@@ -252,6 +251,7 @@ void NXImportApp::jobEnded(jobs::JobKind kind, const jobs::JobReport& report) {
     const QString message = outcomeText(kind, report);
     setStatus(message, hasFailed ? StatusKind::Error : StatusKind::Plain);
     updateControls();
+    QApplication::alert(window_.get()); // the toolkit does nothing where the window is active
     if (terminationPending_)
         window_->close();
     else if (hasFailed)
@@ -290,7 +290,8 @@ bool NXImportApp::applicationShouldTerminate() {
 
 void NXImportApp::chooseLanguage() {
     if (!busy())
-        offerLanguages(window_.get(), [this] { setStatus(languageNotSaved(), StatusKind::Error); });
+        offerLanguages(window_->pages(),
+                       [this] { setStatus(languageNotSaved(), StatusKind::Error); });
 }
 
 } // namespace app

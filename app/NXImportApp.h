@@ -6,7 +6,8 @@
 #include "app/Sentences.h"
 #include "jobs/JobRunner.h"
 #include "jobs/StationList.h"
-#include "look/controls/PlaceListModel.h"
+#include "look/controls/Field.h"
+#include "look/controls/PlaceList.h"
 #include "search/PlaceSearch.h"
 
 #include <QObject>
@@ -53,6 +54,12 @@ private:
     void updateCredits();
     void routeMapChanged() { updateCredits(); }
     void endpointChanged();
+    // By the person, also the one that was chosen already.
+    void endpointChosen(int index) {
+        endpointChanged();
+        if (index == customEndpoint)
+            window_->endpointField->setFocus();
+    }
 
     void search();
     void searchEnded(const QString& failure);

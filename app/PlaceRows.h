@@ -1,8 +1,8 @@
 #pragma once
 
 #include "jobs/StationList.h"
-#include "look/controls/PlaceListModel.h"
-#include "search/ResultRow.h"
+#include "look/controls/PlaceList.h"
+#include "search/Photon.h"
 
 #include <QList>
 #include <QString>

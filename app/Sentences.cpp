@@ -15,18 +15,10 @@ using localization::filled;
 using localization::NXLocal;
 using search::SearchFailure;
 
-// Picks the place's or the route's text.
-class Words {
-public:
-    explicit Words(JobKind kind) : kind_(kind) {}
-
-    QString operator()(QStringView place, QStringView route) const {
-        return NXLocal(kind_ == JobKind::Route ? route : place);
-    }
-
-private:
-    JobKind kind_;
-};
+// The place's or the route's text.
+QString words(JobKind kind, QStringView place, QStringView route) {
+    return NXLocal(kind == JobKind::Route ? route : place);
+}
 
 } // namespace
 
@@ -34,17 +26,17 @@ private:
 // clang-format off
 
 QString subtitleText(Mode mode) {
-    return Words(mode)(u"Ortsdaten mit Gebäuden und Gelände für Norvaxel 3D",
+    return words(mode, u"Ortsdaten mit Gebäuden und Gelände für Norvaxel 3D",
                        u"Deine Stationen. Straßen, Gebäude und Gelände entlang der Strecke.");
 }
 
 QString creditText(Mode mode) {
-    return Words(mode)(u"Photon · OpenStreetMap-Daten (ODbL) · Terrain Tiles (AWS)\nEinmal laden, danach offline in Norvaxel 3D nutzen. Der Umkreis begrenzt den Ausschnitt.",
+    return words(mode, u"Photon · OpenStreetMap-Daten (ODbL) · Terrain Tiles (AWS)\nEinmal laden, danach offline in Norvaxel 3D nutzen. Der Umkreis begrenzt den Ausschnitt.",
                        u"Photon · OSRM · OpenFreeMap / OpenMapTiles · Terrain Tiles (AWS) · OpenStreetMap-Daten (ODbL)\nInternet erforderlich · lange Strecken laden einige Minuten · das Norvaxel-3D-Paket rendert offline.");
 }
 
 QString welcomeText(Mode mode) {
-    return Words(mode)(u"Gib einen Ort ein und starte die Suche.",
+    return words(mode, u"Gib einen Ort ein und starte die Suche.",
                        u"Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. Mindestens zwei Stationen sind nötig.");
 }
 
@@ -109,7 +101,7 @@ QString cancelledSearchInstead() {
 }
 
 QString editedStatus(Mode mode) {
-    return Words(mode)(u"Gib einen Ort ein und starte die Suche.",
+    return words(mode, u"Gib einen Ort ein und starte die Suche.",
                        u"Neuen Ort suchen. Deine bisherigen Stationen bleiben erhalten.");
 }
 
@@ -118,7 +110,7 @@ QString editedHint() {
 }
 
 QString selectedStatus(Mode mode) {
-    return Words(mode)(u"Ort ausgewählt. Umkreis festlegen und Ortsdaten laden.",
+    return words(mode, u"Ort ausgewählt. Umkreis festlegen und Ortsdaten laden.",
                        u"Treffer ausgewählt. Füge ihn deiner Route als Station hinzu.");
 }
 
@@ -140,42 +132,41 @@ QString languageNotSaved() {
 }
 
 QString refusalText(JobKind kind, Refusal refusal) {
-    const Words words(kind);
     switch (refusal) {
     case Refusal::ChoiceMissing:
         break;
     case Refusal::ServiceAddress:
-        return words(u"Der Datendienst braucht eine gültige HTTPS-Adresse ohne Zugangsdaten.",
-                     u"Der Routingdienst braucht eine gültige HTTPS-Adresse ohne Zugangsdaten, Suchparameter oder Fragment.");
+        return words(kind, u"Der Datendienst braucht eine gültige HTTPS-Adresse ohne Zugangsdaten.",
+                           u"Der Routingdienst braucht eine gültige HTTPS-Adresse ohne Zugangsdaten, Suchparameter oder Fragment.");
     case Refusal::ToolMissing:
-        return words(u"Der Ortsimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren.",
-                     u"Der Routenimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren.");
+        return words(kind, u"Der Ortsimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren.",
+                           u"Der Routenimport fehlt im Norvaxel-Paket. Bitte das vollständige Plugin installieren.");
     case Refusal::PackageFolder:
-        return words(u"Der Ordner für Ortsdaten konnte nicht angelegt werden.",
-                     u"Der Ordner für gespeicherte Routen konnte nicht angelegt werden.");
+        return words(kind, u"Der Ordner für Ortsdaten konnte nicht angelegt werden.",
+                           u"Der Ordner für gespeicherte Routen konnte nicht angelegt werden.");
     case Refusal::TemporaryFolder:
-        return words(u"Der temporäre Importordner konnte nicht angelegt werden.",
-                     u"Der temporäre Routenordner konnte nicht angelegt werden.");
+        return words(kind, u"Der temporäre Importordner konnte nicht angelegt werden.",
+                           u"Der temporäre Routenordner konnte nicht angelegt werden.");
     case Refusal::StationName: // only a route has stations
         return NXLocal(u"Ein Stationsname ist zu lang. Wähle einen eindeutig benannten Ort oder eine Adresse aus.");
     case Refusal::HandOver:
-        return words(u"Das Suchergebnis konnte nicht für den Import gespeichert werden.",
-                     u"Die ausgewählten Stationen konnten nicht vorbereitet werden.");
+        return words(kind, u"Das Suchergebnis konnte nicht für den Import gespeichert werden.",
+                           u"Die ausgewählten Stationen konnten nicht vorbereitet werden.");
     case Refusal::OutputFolder:
-        return words(u"Der Ordner für Ortsdaten konnte nicht angelegt werden.",
-                     u"Der neue Routenordner konnte nicht vorbereitet werden.");
+        return words(kind, u"Der Ordner für Ortsdaten konnte nicht angelegt werden.",
+                           u"Der neue Routenordner konnte nicht vorbereitet werden.");
     case Refusal::Log:
-        return words(u"Das Importprotokoll konnte nicht angelegt werden.",
-                     u"Das Routenprotokoll konnte nicht angelegt werden.");
+        return words(kind, u"Das Importprotokoll konnte nicht angelegt werden.",
+                           u"Das Routenprotokoll konnte nicht angelegt werden.");
     }
-    return words(u"Bitte den Ort erneut suchen und einen Treffer auswählen.",
-                 u"Wähle zwei bis 32 Stationen aus den Suchergebnissen aus.");
+    return words(kind, u"Bitte den Ort erneut suchen und einen Treffer auswählen.",
+                       u"Wähle zwei bis 32 Stationen aus den Suchergebnissen aus.");
 }
 
 QString startFailureText(JobKind kind, const std::error_code& failure) {
     const QString reason = QString::fromLocal8Bit(failure.message());
     // The sentence for a route has no place for the reason.
-    const QString sentence = Words(kind)(u"Der mitgelieferte Ortsimport konnte nicht starten: %@",
+    const QString sentence = words(kind, u"Der mitgelieferte Ortsimport konnte nicht starten: %@",
                                          u"Die mitgelieferte Routenberechnung konnte nicht starten. Bitte das vollständige Plugin installieren.");
     return filled(sentence, {reason.isEmpty() ? NXLocal(u"Unbekannter Startfehler") : look::within(sentence, reason)});
 }
@@ -195,34 +186,33 @@ QString progressText(JobKind kind, Travel travel) {
 }
 
 QString stoppingText(JobKind kind) {
-    return Words(kind)(u"Import wird beendet …", u"Routenberechnung wird beendet …");
+    return words(kind, u"Import wird beendet …", u"Routenberechnung wird beendet …");
 }
 
 QString outcomeText(JobKind kind, const JobReport& report) {
-    const Words words(kind);
     switch (report.outcome) {
     case JobOutcome::Cancelled:
-        return words(u"Import abgebrochen. Du kannst einen anderen Ort oder Umkreis wählen.",
-                     u"Routenberechnung abgebrochen. Deine Stationen bleiben erhalten.");
+        return words(kind, u"Import abgebrochen. Du kannst einen anderen Ort oder Umkreis wählen.",
+                           u"Routenberechnung abgebrochen. Deine Stationen bleiben erhalten.");
     case JobOutcome::Succeeded:
-        return words(u"Norvaxel-3D-Paket fertig – im Plugin »Letzten Import laden« wählen.",
-                     u"Norvaxel-3D-Paket fertig: Route, Gebäude und Gelände – im Plugin »Letzten Import laden« wählen. Das Paket rendert offline.");
+        return words(kind, u"Norvaxel-3D-Paket fertig – im Plugin »Letzten Import laden« wählen.",
+                           u"Norvaxel-3D-Paket fertig: Route, Gebäude und Gelände – im Plugin »Letzten Import laden« wählen. Das Paket rendert offline.");
     case JobOutcome::SucceededWithoutPointer:
-        return words(u"Ortsdaten sind fertig. Die Verbindung zu Resolve konnte nicht gespeichert werden. Öffne den Ordner und wähle origin.nxd im Plugin.",
-                     u"Das Paket ist gespeichert. Öffne den Ordner und wähle route.nxd im Plugin; die Verbindung zu Resolve konnte nicht gespeichert werden.");
+        return words(kind, u"Ortsdaten sind fertig. Die Verbindung zu Resolve konnte nicht gespeichert werden. Öffne den Ordner und wähle origin.nxd im Plugin.",
+                           u"Das Paket ist gespeichert. Öffne den Ordner und wähle route.nxd im Plugin; die Verbindung zu Resolve konnte nicht gespeichert werden.");
     case JobOutcome::Failed:
         break;
     }
     if (report.failureDetail.isEmpty())
-        return words(u"Die Ortsdaten konnten nicht geladen werden. Prüfe Verbindung und Datendienst oder wähle einen kleineren Umkreis.",
-                     u"Das Norvaxel-3D-Paket konnte nicht vollständig geladen werden. Prüfe Internet und Stationen; für sehr lange Strecken kürzere Abschnitte berechnen.");
-    const QString sentence = words(u"Download fehlgeschlagen: %@\nVersuche einen kleineren Umkreis oder einen anderen Datendienst.",
-                                   u"Berechnung fehlgeschlagen: %@");
+        return words(kind, u"Die Ortsdaten konnten nicht geladen werden. Prüfe Verbindung und Datendienst oder wähle einen kleineren Umkreis.",
+                           u"Das Norvaxel-3D-Paket konnte nicht vollständig geladen werden. Prüfe Internet und Stationen; für sehr lange Strecken kürzere Abschnitte berechnen.");
+    const QString sentence = words(kind, u"Download fehlgeschlagen: %@\nVersuche einen kleineren Umkreis oder einen anderen Datendienst.",
+                                         u"Berechnung fehlgeschlagen: %@");
     return filled(sentence, {look::within(sentence, report.failureDetail)});
 }
 
 QString failureTitle(JobKind kind) {
-    return Words(kind)(u"Ortsdaten konnten nicht geladen werden",
+    return words(kind, u"Ortsdaten konnten nicht geladen werden",
                        u"Route konnte nicht berechnet werden");
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "jobs/ImporterJob.h"
+#include "jobs/JobRunner.h"
 #include "jobs/RouteImport.h"
-#include "search/SearchFailure.h"
+#include "search/Photon.h"
 
 #include <QString>
 

@@ -4,10 +4,8 @@
 
 #include <iterator>
 
-namespace app {
-
 // The public services that the window names. Nothing else in the program knows an address.
-namespace services {
+namespace app::services {
 
 using Address = QLatin1StringView;
 
@@ -19,7 +17,8 @@ inline constexpr Address overpassAlternative{
 inline constexpr Address routing{"https://routing.openstreetmap.de/routed-car/route/v1/driving"};
 
 // Shown in an empty address field as an example; nobody answers there.
-inline constexpr Address example{"https://overpass.example.org/api/interpreter"};
+inline constexpr Address dataExample{"https://overpass.example.org/api/interpreter"};
+inline constexpr Address routingExample{"https://routing.example.org/routed-car/route/v1/driving"};
 
 // Of the data service in that place of the pop-up; empty for the one that the person types.
 constexpr Address dataAddress(int index) {
@@ -27,6 +26,4 @@ constexpr Address dataAddress(int index) {
     return index >= 0 && index < int(std::size(addresses)) ? addresses[index] : Address();
 }
 
-} // namespace services
-
-} // namespace app
+} // namespace app::services

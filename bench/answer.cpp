@@ -1,7 +1,7 @@
 // Understanding an answer of 1 MiB, beside the JSON parser alone on the same bytes.
 //     build/bench/bin/bench_answer --benchmark_repetitions=9
 //     --benchmark_enable_random_interleaving=true
-#include "search/PhotonAnswer.h"
+#include "search/Photon.h"
 
 #include <QJsonDocument>
 

@@ -1,7 +1,7 @@
 // What a search costs over the bare curl command with the same arguments: run by bench/search.py,
 // which starts the local geocoder first.
 #include "search/NXPhotonSearch.h"
-#include "search/PhotonQuery.h"
+#include "search/Photon.h"
 #include "search/PhotonTransfer.h"
 
 #include <QCoreApplication>

@@ -14,7 +14,7 @@ function(norvaxel_strict target)
 endfunction()
 
 # norvaxel_floor(name SOURCES ... LINKS ...): one folder as a library of that name.
-# Headers are included with their folder ("platform/Pipe.h"). A test holds the includes of each folder
+# Headers are included with their folder ("platform/Descriptors.h"). A test holds the includes of each folder
 # against its LINKS, both ways.
 function(norvaxel_floor name)
     cmake_parse_arguments(FLOOR "" "" "SOURCES;LINKS" ${ARGN})

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "jobs/TemporaryJobFolder.h"
-#include "platform/UniqueFd.h"
+#include "platform/Descriptors.h"
 
 #include <QByteArray>
 #include <QList>

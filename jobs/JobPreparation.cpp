@@ -1,9 +1,8 @@
 #include "jobs/JobPreparation.h"
 
-#include "jobs/FilePath.h"
 #include "jobs/WorkNames.h"
 #include "localization/NXLocal.h"
-#include "platform/AtomicFile.h"
+#include "platform/Files.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "jobs/JobPlan.h"
-#include "platform/PrivateFiles.h"
+#include "platform/Files.h"
 
 #include <QString>
 

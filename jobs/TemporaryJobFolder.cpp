@@ -1,7 +1,5 @@
 #include "jobs/TemporaryJobFolder.h"
 
-#include "jobs/FilePath.h"
-
 #include <QDir>
 
 #include <filesystem>

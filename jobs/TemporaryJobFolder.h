@@ -1,12 +1,19 @@
 #pragma once
 
-#include "platform/PrivateFiles.h"
+#include "platform/Files.h"
 
+#include <QFile>
 #include <QString>
 
 #include <optional>
+#include <string>
 
 namespace jobs {
+
+// A path as the file system has it. Pure; any thread.
+inline std::string filePath(const QString& path) {
+    return QFile::encodeName(path).toStdString();
+}
 
 // A private temporary folder for one job, removed with all that is in it when this goes. Any
 // thread.
@@ -17,7 +24,6 @@ public:
     static std::optional<TemporaryJobFolder> make(const QString& name, platform::Parents parents);
 
     TemporaryJobFolder(TemporaryJobFolder&& other) noexcept;
-    TemporaryJobFolder& operator=(TemporaryJobFolder&&) = delete;
     ~TemporaryJobFolder();
 
     const QString& path() const { return path_; }

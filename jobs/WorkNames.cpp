@@ -9,12 +9,8 @@ namespace {
 
 constexpr qsizetype longestSlug = 42;
 
-QString withoutDiacritics(const QString& text) {
-    QString folded;
-    for (const QChar c : text.normalized(QString::NormalizationForm_D))
-        if (c.category() != QChar::Mark_NonSpacing)
-            folded += c;
-    return folded;
+bool isDiacritic(QChar c) {
+    return c.category() == QChar::Mark_NonSpacing;
 }
 
 bool isSlugCharacter(QChar c) {
@@ -31,12 +27,12 @@ QString folderName(const QString& slug, const QDateTime& now, const QUuid& uuid,
 
 QString NXSlug(const QString& text) {
     QString slug;
-    for (const QChar c : withoutDiacritics(text).toLower()) {
+    for (const QChar c : text.normalized(QString::NormalizationForm_D).toLower()) {
         if (slug.size() == longestSlug)
             break;
         if (isSlugCharacter(c))
             slug += c;
-        else if (!slug.isEmpty() && !slug.endsWith(u'-'))
+        else if (!isDiacritic(c) && !slug.isEmpty() && !slug.endsWith(u'-'))
             slug += u'-';
     }
     if (slug.endsWith(u'-'))

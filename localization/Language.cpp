@@ -1,6 +1,13 @@
 #include "localization/Language.h"
 
+#ifdef __APPLE__
+#include <CoreFoundation/CoreFoundation.h>
+#endif
+
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <ranges>
 
 namespace nxui {
 namespace {
@@ -38,8 +45,7 @@ std::string normalizeChinese(std::string_view tag) {
 } // namespace
 
 bool isRightToLeft(std::string_view code) {
-    const auto language = std::find_if(languages.begin(), languages.end(),
-                                       [&](const Language& each) { return each.code == code; });
+    const auto language = std::ranges::find(languages, code, &Language::code);
     return language != languages.end() && language->direction == "rtl";
 }
 
@@ -55,9 +61,57 @@ std::string normalizeLanguage(std::string tag) {
     const std::string_view primary = name.substr(0, name.find('-'));
     if (primary == "zh")
         return normalizeChinese(name);
-    const auto code = std::find(languageCodes.begin(), languageCodes.end(), primary);
+    const auto code = std::ranges::find(languageCodes, primary);
     return code != languageCodes.end() ? std::string(*code) : std::string();
 }
+
+#ifdef __APPLE__
+
+std::vector<std::string> systemLanguages() {
+    struct Release {
+        void operator()(CFArrayRef list) const { CFRelease(list); }
+    };
+    const std::unique_ptr<const __CFArray, Release> languages(CFLocaleCopyPreferredLanguages());
+    if (!languages)
+        return {};
+    std::vector<std::string> tags;
+    const CFIndex count = CFArrayGetCount(languages.get());
+    for (CFIndex position = 0; position < count; ++position) {
+        const CFTypeRef element = CFArrayGetValueAtIndex(languages.get(), position);
+        if (!element || CFGetTypeID(element) != CFStringGetTypeID())
+            continue;
+        std::array<char, 256> text;
+        if (CFStringGetCString(static_cast<CFStringRef>(element), text.data(),
+                               static_cast<CFIndex>(text.size()), kCFStringEncodingUTF8))
+            tags.emplace_back(text.data());
+    }
+    return tags;
+}
+
+#else
+
+// LANGUAGE is the user's ordered list. The locale stands behind it as the last wish, found in the
+// order in which the C library looks for the language of messages.
+std::vector<std::string> systemLanguages() {
+    std::vector<std::string> tags;
+    const auto value = [](const char* name) {
+        const char* found = std::getenv(name);
+        return std::string_view(found ? found : "");
+    };
+    for (const auto tag : std::views::split(value("LANGUAGE"), ':'))
+        if (!tag.empty())
+            tags.emplace_back(tag.begin(), tag.end());
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const std::string_view locale = value(name);
+        if (!locale.empty()) {
+            tags.emplace_back(locale);
+            break;
+        }
+    }
+    return tags;
+}
+
+#endif
 
 std::string firstSupportedLanguage(const std::vector<std::string>& tags) {
     for (const std::string& tag : tags) {

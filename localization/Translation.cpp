@@ -10,7 +10,7 @@ constexpr std::size_t german = 0;
 constexpr std::size_t english = 1;
 
 std::size_t columnOf(const std::string& language) {
-    const auto code = std::find(languageCodes.begin(), languageCodes.end(), language);
+    const auto code = std::ranges::find(languageCodes, language);
     return code != languageCodes.end() ? std::size_t(code - languageCodes.begin()) : english;
 }
 
@@ -19,10 +19,6 @@ bool isWritten(const char* cell) {
 }
 
 } // namespace
-
-std::string translate(const std::string& text, const std::string& language) {
-    return translate(text, language, catalog);
-}
 
 std::string translate(const std::string& text, const std::string& language,
                       std::span<const CatalogRow> rows) {

@@ -19,13 +19,10 @@ using CatalogRow = std::array<const char*, languageCodes.size()>;
 extern const std::span<const CatalogRow> catalog;
 
 // `text` in `language`; any language that is not one of languageCodes stands for English. A text
-// that has no row comes back as it is, in German. Any thread.
-std::string translate(const std::string& text, const std::string& language);
-
-// The same over rows of the caller's, which keep the order described above: for tests and for the
-// benchmark. Any thread.
+// that has no row comes back as it is, in German. Other rows than the catalogue's, in the order
+// described above, are for tests and for the benchmark. Any thread.
 std::string translate(const std::string& text, const std::string& language,
-                      std::span<const CatalogRow> rows);
+                      std::span<const CatalogRow> rows = catalog);
 
 // The row with the key `text`, or null. `compare` orders two NUL-terminated texts as strcmp does;
 // it is called at most ceil(log2(rows + 1)) times, ten times for 879 rows, which is what a test

@@ -1,7 +1,5 @@
 #include "platform/ChildLaunch.h"
-#include "platform/ChildLaunchParts.h"
-#include "platform/Pipe.h"
-#include "platform/SystemError.h"
+#include "platform/Descriptors.h"
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -87,10 +85,7 @@ bool prepare(const Plan& plan) {
 // The errno that the child wrote, or 0 once exec has closed its end.
 int reasonFrom(int failure) {
     int reason = 0;
-    ssize_t got = 0;
-    do {
-        got = ::read(failure, &reason, sizeof reason);
-    } while (got < 0 && errno == EINTR);
+    const ssize_t got = uninterrupted([&] { return ::read(failure, &reason, sizeof reason); });
     return got == ssize_t(sizeof reason) ? reason : 0;
 }
 
@@ -143,8 +138,7 @@ std::error_code launchChild(const ChildCommand& command, pid_t& pid) {
     failure.writeEnd.reset();
     copies[3].reset();
     if (const int reason = reasonFrom(failure.readEnd.get())) {
-        while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
-        }
+        uninterrupted([&] { return ::waitpid(child, nullptr, 0); });
         return systemError(reason);
     }
     pid = child;

@@ -1,6 +1,5 @@
 #include "platform/ChildLaunch.h"
-#include "platform/ChildLaunchParts.h"
-#include "platform/SystemError.h"
+#include "platform/Descriptors.h"
 
 #include <crt_externs.h>
 #include <fcntl.h>

@@ -1,13 +1,12 @@
 #include "platform/ChildProcess.h"
 
-#include "platform/Background.h"
 #include "platform/ChildLaunch.h"
+#include "platform/Threads.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <csignal>
 #include <utility>
 
@@ -53,8 +52,7 @@ std::error_code ChildProcess::start(std::function<void(ChildExit)> onExit) {
     };
     if (const std::error_code failure = startWorker(std::move(watch))) {
         ::kill(-pid, SIGKILL);
-        while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
-        }
+        uninterrupted([&] { return ::waitpid(pid, nullptr, 0); });
         return failure;
     }
     id_ = pid;
@@ -92,10 +90,8 @@ ChildExit ChildProcess::waitForExit() const {
 ChildExit ChildProcess::awaitEnd(pid_t pid) {
     // Waits without reaping: until the lock is held, the id must stay the child's own.
     siginfo_t ignored{};
-    int waited = 0;
-    do {
-        waited = ::waitid(P_PID, static_cast<id_t>(pid), &ignored, WEXITED | WNOWAIT);
-    } while (waited != 0 && errno == EINTR);
+    const int waited = uninterrupted(
+        [&] { return ::waitid(P_PID, static_cast<id_t>(pid), &ignored, WEXITED | WNOWAIT); });
     ChildExit exit;
     {
         const std::lock_guard lock(mutex_);
@@ -114,15 +110,18 @@ ChildExit ChildProcess::reap(bool known) {
     if (stopRequested_)
         ::kill(-id_, SIGKILL);
     int status = 0;
-    pid_t reaped = 0;
-    do {
-        reaped = ::waitpid(id_, &status, 0);
-    } while (reaped < 0 && errno == EINTR);
-    if (reaped != id_)
+    if (uninterrupted([&] { return ::waitpid(id_, &status, 0); }) != id_)
         return {};
     if (WIFEXITED(status))
         return {ChildExit::Kind::Exited, WEXITSTATUS(status)};
     return {ChildExit::Kind::Signalled, WTERMSIG(status)};
+}
+
+void stopChild(std::shared_ptr<ChildProcess> child, std::chrono::milliseconds patience) {
+    if (!child || !child->isRunning())
+        return;
+    child->terminate();
+    runAfter(patience, [stopped = std::move(child)] { stopped->kill(); });
 }
 
 } // namespace platform

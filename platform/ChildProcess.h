@@ -1,9 +1,10 @@
 #pragma once
 
-#include "platform/Pipe.h"
+#include "platform/Descriptors.h"
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -53,9 +54,6 @@ class ChildProcess : public std::enable_shared_from_this<ChildProcess> {
 public:
     // Any thread.
     static std::shared_ptr<ChildProcess> make(ChildCommand command);
-    ~ChildProcess() = default;
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
 
     // Starts the child and returns once it executes its program. On failure the error says why
     // (a missing or forbidden program, a bad working directory, no resources), nothing is left
@@ -99,5 +97,12 @@ private:
     bool stopRequested_ = false;
     ChildExit exit_;
 };
+
+inline constexpr std::chrono::seconds stopPatience{2};
+
+// The one way to stop a child: asks it to end now, and kills it with its group if it still runs
+// after patience. Does nothing for null and for a child that has ended. Never blocks. Any thread.
+void stopChild(std::shared_ptr<ChildProcess> child,
+               std::chrono::milliseconds patience = stopPatience);
 
 } // namespace platform

@@ -11,15 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+#ifndef Q_OS_MACOS
 namespace {
-
-#ifdef Q_OS_MACOS
-
-bool select(const QString& path) {
-    return QProcess::startDetached(u"/usr/bin/open"_s, {u"-R"_s, path});
-}
-
-#else
 
 constexpr int patience = 2000; // ms
 
@@ -37,13 +30,12 @@ QDBusMessage showItems(const QString& path) {
     return call;
 }
 
-#endif
-
 } // namespace
+#endif
 
 void platform::showInFileBrowser(const QString& path) {
 #ifdef Q_OS_MACOS
-    select(path);
+    QProcess::startDetached(u"/usr/bin/open"_s, {u"-R"_s, path});
 #else
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {

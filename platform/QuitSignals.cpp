@@ -1,6 +1,6 @@
 #include "platform/QuitSignals.h"
 
-#include "platform/Pipe.h"
+#include "platform/Descriptors.h"
 
 #include <QCoreApplication>
 #include <QPointer>

@@ -16,10 +16,10 @@ TEST_PACKAGES=(libgtest-dev libbenchmark-dev gettext util-linux libx11-6 libxtst
 TEST_PACKAGES+=(librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file)
 # To hold the files that are handed over against their schemas.
 TEST_PACKAGES+=(python3-jsonschema)
-# A screen of the other kind, without a screen.
-TEST_PACKAGES+=(weston qt6-wayland)
-# To hold the rules of the house; the last two let CMake describe the build, tests included.
-CHECK_PACKAGES=(clang-format-19 clang-tidy-19 git libgtest-dev librsvg2-bin)
+# A window manager; and a screen of the other kind, without a screen.
+TEST_PACKAGES+=(weston qt6-wayland openbox)
+# To hold the rules of the house.
+CHECK_PACKAGES=(clang-format-19 clang-tidy-19 git libbenchmark-dev)
 
 # What must be callable where there is no apt-get to ask.
 RUN_COMMANDS=(c++ cmake ninja curl openssl python3)

@@ -1,10 +1,8 @@
 #include "search/NXPhotonSearch.h"
 
-#include "platform/Background.h"
+#include "platform/Descriptors.h"
 #include "platform/HttpsAddress.h"
-#include "platform/MainQueue.h"
-#include "platform/Pipe.h"
-#include "platform/StopChild.h"
+#include "platform/Threads.h"
 
 #include <utility>
 

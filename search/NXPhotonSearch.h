@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/ChildProcess.h"
-#include "platform/UniqueFd.h"
+#include "platform/Descriptors.h"
 #include "search/PhotonTransfer.h"
 
 #include <QByteArray>
@@ -40,8 +40,6 @@ public:
 
     // `text` says a failure. Main thread.
     static std::shared_ptr<NXPhotonSearch> make(FailureText text, PhotonTransport transport = {});
-    NXPhotonSearch(const NXPhotonSearch&) = delete;
-    NXPhotonSearch& operator=(const NXPhotonSearch&) = delete;
 
     // Asks for url; every outcome arrives through completion. Does nothing when the request has
     // been cancelled already. Main thread.

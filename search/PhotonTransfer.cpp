@@ -1,10 +1,8 @@
 #include "search/PhotonTransfer.h"
 
 #include <poll.h>
-#include <unistd.h>
 
 #include <array>
-#include <cerrno>
 
 namespace search {
 namespace {
@@ -60,11 +58,9 @@ TransferResult readTransfer(int output, int exitDescriptor) {
     std::array<pollfd, 2> sources{pollfd{output, POLLIN, 0}, pollfd{exitDescriptor, POLLIN, 0}};
     bool ended = false;
     for (;;) {
-        if (::poll(sources.data(), sources.size(), ended ? 0 : -1) < 0) {
-            if (errno == EINTR)
-                continue;
+        if (platform::uninterrupted(
+                [&] { return ::poll(sources.data(), sources.size(), ended ? 0 : -1); }) < 0)
             return SearchFailure::Unreadable;
-        }
         // Nothing to read: either curl's end has woken us, and one more look shows what it wrote
         // last, or that look has just been taken.
         if (sources[0].revents == 0) {
@@ -73,14 +69,12 @@ TransferResult readTransfer(int output, int exitDescriptor) {
             ended = sources[1].revents != 0;
             continue;
         }
-        const ssize_t got = ::read(output, chunk.data(), chunk.size());
+        const ssize_t got =
+            platform::uninterrupted([&] { return ::read(output, chunk.data(), chunk.size()); });
         if (got == 0)
             return held;
-        if (got < 0) {
-            if (errno == EINTR)
-                continue;
+        if (got < 0)
             return SearchFailure::Unreadable;
-        }
         if (held.size() + got > maximumBodySize + successTrailer.size())
             return SearchFailure::TooLarge;
         held.append(chunk.data(), got);

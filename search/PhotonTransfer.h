@@ -1,10 +1,7 @@
 #pragma once
 
 #include "platform/ChildProcess.h"
-#include "search/SearchFailure.h"
-
-#include <QByteArray>
-#include <QUrl>
+#include "search/Photon.h"
 
 #include <string>
 #include <variant>

@@ -1,8 +1,6 @@
 #include "search/PlaceSearch.h"
 
-#include "platform/MainQueue.h"
-#include "search/PhotonAnswer.h"
-#include "search/PhotonQuery.h"
+#include "platform/Threads.h"
 
 #include <QPointer>
 
@@ -28,10 +26,6 @@ PlaceSearch::PlaceSearch(QUrl geocoder, FailureText text, Ended ended)
 PlaceSearch::PlaceSearch(QUrl geocoder, FailureText text, Ended ended, Request request)
     : geocoder_(std::move(geocoder)), text_(text), ended_(std::move(ended)),
       request_(std::move(request)) {}
-
-PlaceSearch::~PlaceSearch() {
-    stop();
-}
 
 void PlaceSearch::begin(const QString& query) {
     forget();

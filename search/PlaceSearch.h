@@ -1,9 +1,7 @@
 #pragma once
 
 #include "search/NXPhotonSearch.h"
-#include "search/ResultRow.h"
 
-#include <QList>
 #include <QObject>
 
 namespace search {
@@ -13,8 +11,6 @@ struct FoundPlaces {
     QString query;         // what was asked
     QByteArray response;   // the geocoder's answer as received
     QList<ResultRow> rows; // in the answer's order, at most `mostResults`
-
-    bool isEmpty() const { return rows.isEmpty(); }
 };
 
 // The search in progress, and what the last one has found. Main thread.
@@ -36,7 +32,7 @@ public:
     // that was not stopped, forgotten or replaced, in the state that then holds.
     PlaceSearch(QUrl geocoder, FailureText text, Ended ended);
     PlaceSearch(QUrl geocoder, FailureText text, Ended ended, Request request);
-    ~PlaceSearch() override;
+    ~PlaceSearch() override { stop(); }
 
     // Events. `query` is trimmed and of a length that may be asked.
     void begin(const QString& query);

@@ -110,6 +110,20 @@ private:
     }
 };
 
+// A part of its window, and all that can be used of it while it is there.
+class AccessiblePanel : public QAccessibleWidget {
+public:
+    explicit AccessiblePanel(Panel* panel)
+        : QAccessibleWidget(panel, panel->kind() == PanelKind::Alert ? QAccessible::AlertMessage
+                                                                     : QAccessible::Dialog) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.modal = true;
+        return state;
+    }
+};
+
 // A message without a widget: nobody comes upon it who explores the window.
 class Message : public QObject {
 public:
@@ -146,11 +160,8 @@ QAccessibleInterface* interfaceFor(const QString& /*className*/, QObject* object
         return new AccessiblePopUp(popUp);
     if (auto* segments = qobject_cast<Segments*>(object))
         return new QAccessibleWidget(segments, QAccessible::Grouping);
-    if (auto* panel = qobject_cast<Panel*>(object)) {
-        return new QAccessibleWidget(panel, panel->kind() == PanelKind::Alert
-                                                ? QAccessible::AlertMessage
-                                                : QAccessible::Dialog);
-    }
+    if (auto* panel = qobject_cast<Panel*>(object))
+        return new AccessiblePanel(panel);
     if (auto* message = dynamic_cast<Message*>(object))
         return new AccessibleMessage(message);
     return nullptr;

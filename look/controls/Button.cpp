@@ -6,7 +6,6 @@
 #include <QShortcutEvent>
 
 namespace look {
-
 namespace {
 
 constexpr int glyphRoom = sizes::glyph + sizes::glyphGap;
@@ -51,15 +50,9 @@ int Button::cornerRadius() const {
 }
 
 int Button::sidePadding() const {
-    switch (kind_) {
-    case ButtonKind::Prominent:
-        return 19;
-    case ButtonKind::Small:
-        return 11;
-    case ButtonKind::Push:
-        break;
-    }
-    return sizes::buttonPadding;
+    return kind_ == ButtonKind::Prominent ? 19
+           : kind_ == ButtonKind::Small   ? 11
+                                          : sizes::buttonPadding;
 }
 
 // A title that just fits its fixed width may come closer to the edges than the padding.
@@ -85,10 +78,6 @@ QSize Button::sizeHint() const {
     return {width, kind_ == ButtonKind::Small ? sizes::smallControl : sizes::button};
 }
 
-QSize Button::minimumSizeHint() const {
-    return sizeHint();
-}
-
 bool Button::event(QEvent* event) {
     switch (event->type()) {
     case QEvent::Shortcut:
@@ -111,17 +100,10 @@ bool Button::event(QEvent* event) {
     default:
         break;
     }
-    return QPushButton::event(event);
-}
-
-void Button::showEvent(QShowEvent* event) {
-    QPushButton::showEvent(event);
-    describe();
-}
-
-void Button::resizeEvent(QResizeEvent* event) {
-    QPushButton::resizeEvent(event);
-    describe();
+    const bool isHandled = QPushButton::event(event);
+    if (event->type() == QEvent::Show || event->type() == QEvent::Resize)
+        describe();
+    return isHandled;
 }
 
 } // namespace look

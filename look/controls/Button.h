@@ -1,6 +1,5 @@
 #pragma once
 
-#include "look/text/Elidable.h"
 #include "look/text/LiteralText.h"
 
 #include <QPushButton>
@@ -14,7 +13,6 @@ enum class ButtonGlyph { None, Magnifier };
 // title is elided, and what is its tooltip is the accessible description too. Main thread.
 class Button final : public QPushButton, public Elidable {
     Q_OBJECT
-
 public:
     explicit Button(ButtonKind kind, const QString& title = {}, QWidget* parent = nullptr);
 
@@ -34,12 +32,10 @@ public:
     // The space between either edge and the title.
     int sidePadding() const;
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
     bool event(QEvent* event) override;
-    void showEvent(QShowEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
 
 private:
     int titleRoom() const;

@@ -19,6 +19,7 @@ Field::Field(FieldKind kind, QWidget* parent) : QLineEdit(parent), kind_(kind) {
     alignToLeadingEdge();
     connect(this, &QLineEdit::cursorPositionChanged, this, &Field::showCursor);
     connect(this, &QLineEdit::textEdited, this, &Field::showCursor);
+    connect(this, &QLineEdit::textChanged, this, &Field::showExample);
 }
 
 int Field::cornerRadius() const {
@@ -57,16 +58,15 @@ void Field::timerEvent(QTimerEvent* event) {
     update(cursorRect());
 }
 
-void Field::changeEvent(QEvent* event) {
-    QLineEdit::changeEvent(event);
+bool Field::event(QEvent* event) {
+    const bool isHandled = QLineEdit::event(event);
     if (event->type() == QEvent::LayoutDirectionChange)
         alignToLeadingEdge();
-}
-
-bool Field::event(QEvent* event) {
-    if (event->type() == QEvent::ReadOnlyChange)
+    if (event->type() == QEvent::ReadOnlyChange) {
         takeTextColour();
-    return QLineEdit::event(event);
+        showExample();
+    }
+    return isHandled;
 }
 
 // After every key the cursor is visible for a whole half period, so that it never seems lost.
@@ -85,15 +85,21 @@ void Field::alignToLeadingEdge() {
                  Qt::AlignAbsolute | Qt::AlignVCenter);
 }
 
+void Field::setExample(const QString& text) {
+    example_ = text;
+    showExample();
+}
+
+// The toolkit describes a field by its placeholder whatever is in it.
+void Field::showExample() {
+    setPlaceholderText(text().isEmpty() && !isReadOnly() ? example_ : QString());
+}
+
 void Field::takeTextColour() {
     QPalette changed = palette();
     const QColor text(isReadOnly() ? colours::secondary : colours::labelOnWell);
-    // The fill is lighter than a well's, and so is what must be readable on it.
-    const QColor placeholder(isReadOnly() ? colours::tertiary : colours::tertiaryOnWell);
-    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
         changed.setColor(group, QPalette::Text, text);
-        changed.setColor(group, QPalette::PlaceholderText, placeholder);
-    }
     setPalette(changed);
 }
 

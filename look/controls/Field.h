@@ -15,26 +15,28 @@ enum class FieldKind {
 // of the window. Draws its own blue text cursor. Main thread.
 class Field : public QLineEdit {
     Q_OBJECT
-
 public:
     explicit Field(FieldKind kind, QWidget* parent = nullptr);
 
     int cornerRadius() const;
+    // What to type. Shown, and told as the description, only while the field is empty and takes it.
+    void setExample(const QString& text);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
-    void changeEvent(QEvent* event) override;
     bool event(QEvent* event) override;
 
 private:
     void showCursor();
     void alignToLeadingEdge();
     void takeTextColour();
+    void showExample();
 
     FieldKind kind_;
+    QString example_;
     // Runs while the field has the focus of an active window, unless the desktop forbids blinking.
     QBasicTimer blink_;
     bool isCursorShown_ = false;

@@ -5,7 +5,6 @@
 #include <QPainter>
 
 namespace look {
-
 namespace {
 
 // A window of the building: a square of 3 with corners of 0.6, or wider.
@@ -69,10 +68,6 @@ void drawMagnifier(QPainter& painter, const QPoint& origin, QRgb colour) {
     painter.setPen(QPen(QColor(colour), 1.8, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(QPointF(10.1, 10.1), QPointF(13.9, 13.9));
     painter.restore();
-}
-
-BuildingGlyph::BuildingGlyph(int side, QWidget* parent) : QWidget(parent) {
-    setFixedSize(side, side);
 }
 
 void BuildingGlyph::paintEvent(QPaintEvent* /*event*/) {

@@ -18,10 +18,11 @@ void drawMagnifier(QPainter& painter, const QPoint& origin, QRgb colour);
 // caller's to give. Main thread.
 class BuildingGlyph : public QWidget {
     Q_OBJECT
-
 public:
     // `side`: width and height in pixels, 34 in the window and 44 in a dialog.
-    explicit BuildingGlyph(int side, QWidget* parent = nullptr);
+    explicit BuildingGlyph(int side, QWidget* parent = nullptr) : QWidget(parent) {
+        setFixedSize(side, side);
+    }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -9,26 +9,64 @@
 
 #include <QBoxLayout>
 #include <QPainter>
+#include <QStackedWidget>
 
 namespace look {
 
 namespace {
 
-constexpr int panelWidth = 348;
 constexpr int innerWidth = 300;
+constexpr int side = 24;
 constexpr int gap = 10;
+constexpr int leastMargin = 12; // to the window's edges
+constexpr QColor veil(0, 0, 0, 255 * 3 / 10);
+
+// The page that the panel lies in. It shows a picture of the page below: that one is hidden, so
+// that no click, key, shortcut or drop and no assistive technology reaches it.
+class Sheet : public QWidget {
+public:
+    Sheet(QWidget* covered, QWidget* panel) : covered_(covered) {
+        auto* middle = new QVBoxLayout(this);
+        middle->setContentsMargins(leastMargin, leastMargin, leastMargin, leastMargin);
+        middle->addWidget(panel, 0, Qt::AlignCenter);
+    }
+
+protected:
+    bool event(QEvent* event) override {
+        switch (event->type()) {
+        case QEvent::Resize:
+        case QEvent::WindowActivate:
+        case QEvent::WindowDeactivate:
+            picture_ = {};
+            update();
+            break;
+        default:
+            break;
+        }
+        return QWidget::event(event);
+    }
+
+    void paintEvent(QPaintEvent* /*event*/) override {
+        if (picture_.isNull())
+            picture_ = covered_->grab();
+        QPainter painter(this);
+        painter.drawPixmap(0, 0, picture_);
+        painter.fillRect(rect(), veil);
+    }
+
+private:
+    QWidget* covered_;
+    QPixmap picture_;
+};
 
 } // namespace
 
-Panel::Panel(PanelKind kind, const QString& heading, const QString& information, QWidget* parent)
-    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint), kind_(kind),
+Panel::Panel(PanelKind kind, const QString& heading, const QString& information,
+             QStackedWidget* pages)
+    : QDialog(pages), kind_(kind), pages_(pages),
       heading_(new Label(14, QFont::DemiBold, colours::label, this)),
       information_(new Label(12, colours::secondary, this)), column_(new QVBoxLayout(this)) {
-    setWindowModality(Qt::WindowModal);
-    setAttribute(Qt::WA_TranslucentBackground);
-    setWindowTitle(heading);
     setAccessibleName(heading);
-    setAccessibleDescription(information);
 
     for (Label* label : {heading_, information_}) {
         label->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
@@ -39,7 +77,6 @@ Panel::Panel(PanelKind kind, const QString& heading, const QString& information,
     information_->setMaximumLines(sizes::mostLines);
     information_->setText(information);
 
-    const int side = (panelWidth - innerWidth) / 2;
     column_->setContentsMargins(side, 23, side, 24);
     column_->setSpacing(0);
     column_->addWidget(new BuildingGlyph(44, this), 0, Qt::AlignHCenter);
@@ -50,6 +87,7 @@ Panel::Panel(PanelKind kind, const QString& heading, const QString& information,
 }
 
 void Panel::setAccessory(QWidget* accessory) {
+    accessory_ = accessory;
     accessory->setFixedSize(innerWidth, sizes::popUp);
     column_->addSpacing(16);
     column_->addWidget(accessory);
@@ -76,6 +114,17 @@ void Panel::setButtons(const QString& prominentTitle, const QString& otherTitle)
     column_->addLayout(row);
 }
 
+void Panel::open() {
+    covered_ = pages_->currentWidget();
+    pages_->setCurrentIndex(pages_->addWidget(new Sheet(covered_, this)));
+}
+
+void Panel::done(int result) {
+    pages_->setCurrentWidget(covered_);
+    QDialog::done(result);
+    parentWidget()->deleteLater();
+}
+
 void Panel::reject() {
     if (otherButton_)
         QDialog::reject();
@@ -88,20 +137,9 @@ void Panel::paintEvent(QPaintEvent* /*event*/) {
     drawBordered(painter, rect(), sizes::panelRadius, colours::panel, colours::panelOutline);
 }
 
-void Panel::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    if (needsWindowShape())
-        setMask(roundedRegion(rect(), sizes::panelRadius));
-}
-
-void Panel::showEvent(QShowEvent* event) {
-    fitHeight();
-    QDialog::showEvent(event);
-}
-
-void Panel::fitHeight() {
-    ensurePolished();
-    setFixedSize(panelWidth, column_->totalHeightForWidth(panelWidth));
+// Not in open(): the window may be hidden then. The toolkit's own would place a window here.
+void Panel::showEvent(QShowEvent* /*event*/) {
+    (accessory_ ? accessory_ : prominentButton_)->setFocus();
 }
 
 } // namespace look

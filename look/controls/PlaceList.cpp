@@ -2,18 +2,134 @@
 
 #include "look/style/Colours.h"
 #include "look/style/FocusRing.h"
-#include "look/text/Label.h"
+#include "look/style/Shapes.h"
+#include "look/style/Sizes.h"
+#include "look/style/ToolTip.h"
+#include "look/text/Direction.h"
+#include "look/text/Fonts.h"
 
+#include <QHelpEvent>
 #include <QKeyEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
 
 namespace look {
+namespace {
+
+constexpr int rowHeight = 48;
+constexpr int rowGap = 2;
+constexpr int textInset = 10;
+
+struct RowColours {
+    bool isFilled = false;
+    QRgb fill = colours::well;
+    QRgb name = colours::labelOnWell;
+    QRgb detail = colours::secondaryOnWell;
+};
+
+RowColours coloursFor(const QStyleOptionViewItem& option) {
+    const bool isSelected = option.state & QStyle::State_Selected;
+    if (!(option.state & QStyle::State_Enabled)) {
+        return {isSelected, colours::selectionDisabled, colours::disabledText,
+                colours::disabledText};
+    }
+    if (isSelected) {
+        const bool isFocused =
+            option.state & QStyle::State_Active && option.widget && option.widget->hasFocus();
+        if (isFocused)
+            return {true, colours::selection, colours::white, colours::selectionDetail};
+        return {true, colours::selectionUnfocused, colours::label,
+                colours::selectionUnfocusedDetail};
+    }
+    if (option.state & QStyle::State_MouseOver)
+        return {true, colours::rowHover, colours::labelOnWell, colours::secondaryOnWell};
+    return {};
+}
+
+void drawText(QPainter& painter, const QRect& box, const QString& text, const QFont& font,
+              QRgb colour, Qt::LayoutDirection direction) {
+    const Line shown = fitLine(text, font, box.width());
+    drawLine(painter, box, shown, font, colour,
+             direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft,
+             ownDirection(shown.text, direction));
+}
+
+// Draws a row of two lines: name over detail. Both are literal, on one line each, elided at the
+// tail, in the order of their own first strong letter at the leading edge. A row is 48 high; 2 lie
+// between two rows.
+class PlaceRowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        const QRect row(option.rect.left(), option.rect.top(), option.rect.width(), rowHeight);
+        const RowColours look = coloursFor(option);
+        painter->save();
+        if (look.isFilled)
+            fillRounded(*painter, row.adjusted(3, 2, -3, -2), sizes::rowRadius, look.fill);
+        const QRect text = row.adjusted(textInset, 0, -textInset, 0);
+        drawText(*painter, QRect(text.left(), row.top() + 7, text.width(), 17),
+                 index.data(Qt::DisplayRole).toString(), look::fontForNames(14, QFont::Medium),
+                 look.name, option.direction);
+        drawText(*painter, QRect(text.left(), row.top() + 27, text.width(), 14),
+                 index.data(PlaceListModel::detailRole).toString(), look::fontForNames(11),
+                 look.detail, option.direction);
+        painter->restore();
+    }
+
+    QSize sizeHint(const QStyleOptionViewItem& /*option*/,
+                   const QModelIndex& index) const override {
+        const QAbstractItemModel* model = index.model();
+        const bool isLast = model && index.row() + 1 == model->rowCount(index.parent());
+        return {0, isLast ? rowHeight : rowHeight + rowGap};
+    }
+
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                   const QStyleOptionViewItem& /*option*/, const QModelIndex& index) override {
+        if (event->type() != QEvent::ToolTip)
+            return false;
+        showToolTip(event->globalPos(), index.data(Qt::ToolTipRole).toString(), view->viewport());
+        return true;
+    }
+};
+
+} // namespace
+
+void PlaceListModel::setRows(QList<PlaceRow> rows) {
+    beginResetModel();
+    rows_ = std::move(rows);
+    endResetModel();
+}
+
+int PlaceListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : int(rows_.size());
+}
+
+QVariant PlaceListModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= rows_.size())
+        return {};
+    const PlaceRow& row = rows_.at(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+        return row.name;
+    case detailRole:
+    case Qt::ToolTipRole:
+        return row.detail;
+    case Qt::AccessibleTextRole:
+        // A text on the bus of assistive technology would end at a NUL.
+        return QString(row.name + u'\n' + row.detail).replace(QChar::Null, u' ');
+    default:
+        return {};
+    }
+}
 
 PlaceList::PlaceList(QWidget* parent)
     : QListView(parent), emptyLabel_(new Label(13, colours::tertiaryOnWell, parent)) {
     emptyLabel_->setAttribute(Qt::WA_TransparentForMouseEvents);
     emptyLabel_->setAlignment(Qt::AlignCenter);
     emptyLabel_->hide();
-    setItemDelegate(&delegate_);
+    setItemDelegate(new PlaceRowDelegate(this));
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
@@ -23,10 +139,6 @@ PlaceList::PlaceList(QWidget* parent)
     viewport()->setAttribute(Qt::WA_Hover);
     // The frame fills the well: the viewport's square corners would cover its round ones.
     viewport()->setAutoFillBackground(false);
-}
-
-PlaceList::~PlaceList() {
-    delete emptyLabel_;
 }
 
 void PlaceList::setEmptyText(const QString& text) {

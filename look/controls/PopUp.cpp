@@ -1,7 +1,6 @@
 #include "look/controls/PopUp.h"
 
 #include "look/style/Sizes.h"
-#include "look/text/LiteralText.h"
 
 #include <QStyle>
 #include <QStyleOptionComboBox>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "look/text/Elidable.h"
+#include "look/text/LiteralText.h"
 
 #include <QComboBox>
 
@@ -10,7 +10,6 @@ namespace look {
 // outgrows it is elided. Assistive technology names it by its buddy label. Main thread.
 class PopUp : public QComboBox, public Elidable {
     Q_OBJECT
-
 public:
     explicit PopUp(int width, QWidget* parent = nullptr);
 

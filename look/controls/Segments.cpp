@@ -3,7 +3,6 @@
 #include "look/style/Colours.h"
 #include "look/style/Shapes.h"
 #include "look/style/Sizes.h"
-#include "look/text/Elidable.h"
 #include "look/text/Fonts.h"
 #include "look/text/LiteralText.h"
 
@@ -149,14 +148,10 @@ void Segments::paintEvent(QPaintEvent* /*event*/) {
                  isEnabled() ? colours::trackLine : colours::trackLineDisabled);
 }
 
-void Segments::resizeEvent(QResizeEvent* /*event*/) {
-    place();
-}
-
-void Segments::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::LayoutDirectionChange)
+bool Segments::event(QEvent* event) {
+    if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutDirectionChange)
         place();
+    return QWidget::event(event);
 }
 
 void Segments::place() {

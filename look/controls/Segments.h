@@ -16,11 +16,9 @@ class Segment;
 
 // One choice out of a few, side by side in equal widths. Assistive technology sees a group (give it
 // an accessible name) of radio buttons. Tab reaches the selected segment; the arrow keys move the
-// selection. Invariant: exactly the selected segment is checked.
-// Main thread.
+// selection. Invariant: exactly the selected segment is checked. Main thread.
 class Segments : public QWidget {
     Q_OBJECT
-
 public:
     Segments(SegmentsKind kind, const QStringList& titles, QWidget* parent = nullptr);
 
@@ -40,8 +38,7 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     friend class Segment;

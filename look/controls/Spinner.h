@@ -9,7 +9,6 @@ namespace look {
 // room in a layout; its timer runs only while it turns. Main thread.
 class Spinner : public QWidget {
     Q_OBJECT
-
 public:
     explicit Spinner(QWidget* parent = nullptr);
 

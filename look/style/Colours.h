@@ -26,8 +26,8 @@ constexpr QRgb fieldDisabled = 0xff242426;
 
 constexpr QRgb blue = 0xff0a84ff;
 constexpr QRgb red = 0xffff6b61;
-constexpr QRgb focusRing = 0xff185ba0;
-constexpr QRgb focusLine = 0xff3e9bff;
+constexpr QRgb focusRing = 0xff3e9bff; // and the border of a field with the focus
+constexpr QRgb focusRingInner = 0xff185ba0;
 constexpr QRgb textCursor = 0xff4da3ff;
 
 constexpr QRgb selection = 0xff0a5bd0;

@@ -9,7 +9,6 @@
 using namespace Qt::StringLiterals;
 
 namespace look {
-
 namespace {
 
 bool isWhole(qreal number) {
@@ -32,9 +31,11 @@ QRectF onDevicePixels(const QPainter& painter, const QRectF& rectangle) {
     return transform.inverted().mapRect(QRectF(topLeft, bottomRight));
 }
 
-void drawTick(QPainter& painter, const QPointF (&points)[3], qreal width, QRgb stroke) {
+void drawTick(QPainter& painter, const QPoint& origin, const QPointF (&points)[3], qreal width,
+              QRgb stroke) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(origin);
     painter.setPen(QPen(QColor(stroke), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     painter.drawPolyline(points, 3);
@@ -97,29 +98,16 @@ void drawBand(QPainter& painter, const QRectF& rectangle, qreal radius, qreal wi
 }
 
 void drawChevrons(QPainter& painter, const QPoint& origin, QRgb stroke) {
-    const QPointF up[3] = {{1.5, 5}, {4.5, 2}, {7.5, 5}};
-    const QPointF down[3] = {{1.5, 9}, {4.5, 12}, {7.5, 9}};
-    painter.save();
-    painter.translate(origin);
-    drawTick(painter, up, 1.5, stroke);
-    drawTick(painter, down, 1.5, stroke);
-    painter.restore();
+    drawTick(painter, origin, {{1.5, 5}, {4.5, 2}, {7.5, 5}}, 1.5, stroke);
+    drawTick(painter, origin, {{1.5, 9}, {4.5, 12}, {7.5, 9}}, 1.5, stroke);
 }
 
 void drawBoxTick(QPainter& painter, const QPoint& origin, QRgb stroke) {
-    const QPointF points[3] = {{3.6, 7.4}, {6, 9.7}, {10.4, 4.3}};
-    painter.save();
-    painter.translate(origin);
-    drawTick(painter, points, 1.6, stroke);
-    painter.restore();
+    drawTick(painter, origin, {{3.6, 7.4}, {6, 9.7}, {10.4, 4.3}}, 1.6, stroke);
 }
 
 void drawMenuTick(QPainter& painter, const QPoint& origin, QRgb stroke) {
-    const QPointF points[3] = {{2.5, 12.5}, {5, 15}, {9.5, 9}};
-    painter.save();
-    painter.translate(origin);
-    drawTick(painter, points, 1.6, stroke);
-    painter.restore();
+    drawTick(painter, origin, {{2.5, 12.5}, {5, 15}, {9.5, 9}}, 1.6, stroke);
 }
 
 QRegion roundedRegion(const QRect& rectangle, int radius) {

@@ -4,9 +4,6 @@
 #include <QRgb>
 
 class QPainter;
-class QPoint;
-class QRect;
-class QRectF;
 
 // The few shapes that every control is made of. Coordinates are logical pixels; edges are moved to
 // whole device pixels, so that a one-pixel line stays sharp at fractional scales. Any thread, each

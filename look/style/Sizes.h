@@ -38,6 +38,7 @@ constexpr int chevronsGap = 6;    // before them
 constexpr int scrollGutter = 12;
 constexpr int scrollInset = 3; // around the thumb in its gutter
 constexpr int focusRing = 3;
+constexpr int focusRingInner = 1; // of these
 
 // A magnifier before a button's title, and the gap between them.
 constexpr int glyph = 16;

@@ -3,6 +3,7 @@
 #include "look/accessibility/Accessibility.h"
 #include "look/controls/Field.h"
 #include "look/style/Colours.h"
+#include "look/style/DoubleClick.h"
 #include "look/style/FocusRing.h"
 #include "look/style/Shapes.h"
 #include "look/style/Sizes.h"
@@ -15,15 +16,12 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFocusFrame>
-#include <QFrame>
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
-#include <QStyleOption>
 
 namespace look {
-
 namespace {
 
 QRect scrollThumb(const QStyleOptionSlider& option) {
@@ -72,8 +70,8 @@ QPalette Style::standardPalette() const {
     set(QPalette::Shadow, colours::well);
     set(QPalette::Highlight, colours::selection);
     set(QPalette::HighlightedText, colours::white);
-    set(QPalette::Link, colours::focusLine);
-    set(QPalette::LinkVisited, colours::focusLine);
+    set(QPalette::Link, colours::focusRing);
+    set(QPalette::LinkVisited, colours::focusRing);
     set(QPalette::ToolTipBase, colours::toolTip);
     set(QPalette::ToolTipText, colours::label);
     // The inactive colours are the active ones: where they differ, the toolkit draws the whole
@@ -134,7 +132,6 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
         return;
     case PE_FrameMenu: // part of the panel
     case PE_FrameFocusRect:
-    case PE_FrameDefaultButton:
     case PE_PanelItemViewRow:
     case PE_PanelMenuBar:
     case PE_PanelScrollAreaCorner:
@@ -159,8 +156,8 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
         if (const auto* frame = qobject_cast<const QFocusFrame*>(widget); frame && frame->widget())
             drawFocusRing(*painter, *option, *frame->widget());
         return;
-    case CE_ComboBoxLabel:
-        return; // drawn with the control
+    case CE_ComboBoxLabel: // drawn with the control
+        return;
     case CE_MenuItem:
         if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
             drawMenuRow(*painter, *item);
@@ -168,11 +165,6 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
     case CE_MenuBarItem:
         if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
             drawMenuBarItem(*painter, *item);
-        return;
-    case CE_MenuEmptyArea:
-    case CE_MenuHMargin:
-    case CE_MenuVMargin:
-    case CE_MenuTearoff:
         return;
     case CE_MenuBarEmptyArea:
         painter->fillRect(option->rect, QColor(colours::window));
@@ -214,14 +206,9 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_FocusFrameVMargin:
         return sizes::focusRing;
     case PM_ScrollView_ScrollBarSpacing:
-    case PM_ScrollView_ScrollBarOverlap:
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
-    case PM_ButtonDefaultIndicator:
     case PM_MenuBarPanelWidth:
-    case PM_MenuBarVMargin:
-    case PM_MenuBarHMargin:
-    case PM_MenuDesktopFrameWidth:
         return 0;
     case PM_MenuBarItemSpacing:
         return 2;
@@ -254,8 +241,6 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
     case SH_MenuBar_MouseTracking:
     case SH_Menu_Scrollable:
         return 1;
-    case SH_ComboBox_PopupFrameStyle:
-        return int(QFrame::StyledPanel) | int(QFrame::Plain);
     case SH_Menu_Mask:
         if (auto* mask = qstyleoption_cast<QStyleHintReturnMask*>(returned);
             mask && needsWindowShape()) {
@@ -265,9 +250,6 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
         return 0;
     case SH_FocusFrame_Mask: // the ring follows round corners into the control's rectangle
     case SH_UnderlineShortcut:
-    case SH_EtchDisabledText:
-    case SH_DitherDisabledText:
-    case SH_ScrollView_FrameOnlyAroundContents:
     case SH_ItemView_ActivateItemOnSingleClick:
         return 0;
     default:
@@ -394,6 +376,7 @@ void applyLook(QApplication& application) {
     QApplication::setFont(font(13));
     keepToolTipsPlain(application);
     keepFocusRing(application);
+    keepDoubleClicksTogether(application);
     describeOurWidgets();
 }
 

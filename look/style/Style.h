@@ -10,7 +10,6 @@ namespace look {
 // colours. Owns nothing; keeps nothing between two calls. Main thread.
 class Style : public QCommonStyle {
     Q_OBJECT
-
 public:
     QPalette standardPalette() const override;
     void polish(QWidget* widget) override;

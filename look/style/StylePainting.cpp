@@ -12,12 +12,10 @@
 
 #include <QCheckBox>
 #include <QPainter>
-#include <QStyleOption>
 
 #include <cmath>
 
 namespace look {
-
 namespace {
 
 constexpr Face pushFace{colours::push, colours::pushTop, colours::label};
@@ -60,18 +58,10 @@ Qt::Alignment trailing(Qt::LayoutDirection direction) {
 }
 
 // The reverse of literal(), for texts that the toolkit hands on; a mnemonic's sign goes.
-QString withoutMnemonic(const QString& text) {
-    QString shown;
-    shown.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text.at(i) == u'&') {
-            ++i;
-            if (i == text.size())
-                break;
-        }
-        shown += text.at(i);
-    }
-    return shown;
+QString withoutMnemonic(QString text) {
+    for (qsizetype i = text.indexOf(u'&'); i >= 0; i = text.indexOf(u'&', i + 1))
+        text.remove(i, 1);
+    return text;
 }
 
 } // namespace
@@ -124,7 +114,7 @@ void drawField(QPainter& painter, const QStyleOption& option, const QWidget* wid
             line = colours::borderReadOnly;
         }
         if (option.state & QStyle::State_HasFocus && option.state & QStyle::State_Active)
-            line = colours::focusLine;
+            line = colours::focusRing;
     }
     drawBordered(painter, option.rect, radius, fill, line);
 }
@@ -146,6 +136,7 @@ void drawFocusRing(QPainter& painter, const QStyleOption& option, const QWidget&
         radius = sizes::boxRadius;
     }
     drawBand(painter, around, radius, sizes::focusRing, colours::focusRing);
+    drawBand(painter, around, radius, sizes::focusRingInner, colours::focusRingInner);
 }
 
 void drawWell(QPainter& painter, const QStyleOption& option) {

@@ -1,16 +1,8 @@
 #pragma once
 
-#include <QRgb>
+#include <QStyleOption>
 
 class QPainter;
-class QRect;
-class QSize;
-class QStyleOption;
-class QStyleOptionButton;
-class QStyleOptionComboBox;
-class QStyleOptionMenuItem;
-class QStyleOptionSlider;
-class QWidget;
 
 // How the style draws each control: from the toolkit's description of it to pixels. Coordinates are
 // the option's. Main thread.

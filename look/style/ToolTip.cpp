@@ -3,7 +3,6 @@
 #include "look/style/Colours.h"
 #include "look/style/Shapes.h"
 #include "look/style/Sizes.h"
-#include "look/text/Elidable.h"
 #include "look/text/Fonts.h"
 #include "look/text/LiteralText.h"
 

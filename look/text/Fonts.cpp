@@ -6,7 +6,6 @@
 using namespace Qt::StringLiterals;
 
 namespace look {
-
 namespace {
 
 // The desktop's families where preferLettersOf() has put others in their place; else empty.

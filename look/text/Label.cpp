@@ -19,8 +19,6 @@ Label::Label(int pixels, QFont::Weight weight, QRgb colour, QWidget* parent)
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
-Label::~Label() = default;
-
 void Label::setText(const QString& text) {
     text_.setText(text);
     block_.reset();
@@ -84,10 +82,6 @@ QSize Label::minimumSizeHint() const {
     return {0, lineHeight(font().pixelSize())};
 }
 
-bool Label::hasHeightForWidth() const {
-    return maximumLines_ > 1;
-}
-
 int Label::heightForWidth(int width) const {
     if (maximumLines_ == 1)
         return -1;
@@ -115,9 +109,8 @@ bool Label::event(QEvent* event) {
 
 const TextBlock& Label::block(int width) const {
     if (!block_ || blockWidth_ != width) {
-        block_ =
-            std::make_unique<TextBlock>(text(), font(), width, maximumLines_, layoutDirection(),
-                                        visualAlignment() | Qt::AlignAbsolute);
+        block_.emplace(text(), font(), width, maximumLines_, layoutDirection(),
+                       visualAlignment() | Qt::AlignAbsolute);
         blockWidth_ = width;
     }
     return *block_;

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "look/text/Elidable.h"
 #include "look/text/LiteralText.h"
 
 #include <QLabel>
 #include <QRgb>
 
-#include <memory>
+#include <optional>
 
 namespace look {
 
@@ -15,12 +14,10 @@ namespace look {
 // only what can be seen is laid out. Main thread.
 class Label : public QLabel, public Elidable {
     Q_OBJECT
-
 public:
     // `pixels`: the size of the font.
     Label(int pixels, QRgb colour, QWidget* parent = nullptr);
     Label(int pixels, QFont::Weight weight, QRgb colour, QWidget* parent = nullptr);
-    ~Label() override;
 
     // Hides QLabel's: the text is literal whatever it holds and whoever is the buddy.
     void setText(const QString& text);
@@ -38,7 +35,7 @@ public:
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
-    bool hasHeightForWidth() const override;
+    bool hasHeightForWidth() const override { return maximumLines_ > 1; }
     int heightForWidth(int width) const override;
 
 protected:
@@ -53,8 +50,8 @@ private:
     QRgb colour_;
     int maximumLines_ = 1;
     bool isBusy_ = false;
-    // Laid out for blockWidth_; null after a change.
-    mutable std::unique_ptr<TextBlock> block_;
+    // Laid out for blockWidth_; nothing after a change.
+    mutable std::optional<TextBlock> block_;
     mutable int blockWidth_ = -1;
 };
 

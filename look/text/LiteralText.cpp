@@ -13,7 +13,6 @@
 using namespace Qt::StringLiterals;
 
 namespace look {
-
 namespace {
 
 // At these sizes no letter is narrower than two pixels, and marks without a width of their own are
@@ -39,22 +38,20 @@ bool isControl(QChar letter) {
 }
 
 QString withoutControls(QString text) {
-    for (qsizetype i = 0; i < text.size(); ++i)
-        if (isControl(text.at(i)))
-            text[i] = u' ';
+    for (QChar& letter : text)
+        if (isControl(letter))
+            letter = u' ';
     return text;
 }
 
 // Line breaks as the layout understands them, every other control character a space.
 QString withLineSeparators(QString text) {
     text.replace("\r\n"_L1, "\n"_L1);
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar letter = text.at(i);
-        if (letter == u'\n' || letter == u'\r' || letter == QChar::ParagraphSeparator)
-            text[i] = QChar::LineSeparator;
-        else if (letter != QChar::LineSeparator && isControl(letter))
-            text[i] = u' ';
-    }
+    text.replace(u'\n', QChar::LineSeparator).replace(u'\r', QChar::LineSeparator);
+    text.replace(QChar::ParagraphSeparator, QChar::LineSeparator);
+    for (QChar& letter : text)
+        if (letter != QChar::LineSeparator && isControl(letter))
+            letter = u' ';
     return text;
 }
 
@@ -92,7 +89,7 @@ void FittedText::setText(const QString& text) {
 }
 
 void FittedText::forget() {
-    isMeasured_ = false;
+    whole_.reset();
     fittedWidth_ = -1;
 }
 
@@ -101,8 +98,8 @@ int FittedText::naturalWidth(const QFont& font) const {
 }
 
 const Line& FittedText::within(int width, const QFont& font) const {
-    if (whole(font).width <= width)
-        return whole_;
+    if (const Line& uncut = whole(font); uncut.width <= width)
+        return uncut;
     if (fittedWidth_ != width) {
         fitted_ = fitLine(text_, font, width);
         fittedWidth_ = width;
@@ -111,11 +108,9 @@ const Line& FittedText::within(int width, const QFont& font) const {
 }
 
 const Line& FittedText::whole(const QFont& font) const {
-    if (!isMeasured_) {
+    if (!whole_)
         whole_ = fitLine(text_, font, sizes::widest);
-        isMeasured_ = true;
-    }
-    return whole_;
+    return *whole_;
 }
 
 void drawLine(QPainter& painter, const QRect& box, const Line& line, const QFont& font, QRgb colour,
@@ -176,10 +171,6 @@ void TextBlock::lay(const QString& text) {
         line.setPosition(QPointF(0, first + i * lineHeight_ - line.ascent()));
     }
     layout_.endLayout();
-}
-
-int TextBlock::height() const {
-    return lineCount() * lineHeight_;
 }
 
 int TextBlock::naturalWidth() const {

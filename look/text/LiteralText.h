@@ -5,9 +5,10 @@
 #include <QString>
 #include <QTextLayout>
 
+#include <optional>
+
 class QAbstractButton;
 class QPainter;
-class QRect;
 
 // Texts as they were given. What a geocoder or a log says may hold "<b>", "&" or a hundred
 // kilobytes: nothing here reads markup or mnemonics, and nothing shapes more characters than can be
@@ -45,10 +46,21 @@ private:
     const Line& whole(const QFont& font) const;
 
     QString text_;
-    mutable Line whole_;
+    mutable std::optional<Line> whole_; // nothing where it has not been measured
     mutable Line fitted_;
-    mutable bool isMeasured_ = false;
     mutable int fittedWidth_ = -1; // fitted_ is for this width
+};
+
+// A control that elides its text where it does not fit. The whole text is then its tooltip, unless
+// it has another one. Main thread.
+class Elidable {
+public:
+    // The whole text if not all of it is shown, else empty.
+    virtual QString elidedText() const = 0;
+    bool isElided() const { return !elidedText().isEmpty(); }
+
+protected:
+    ~Elidable() = default;
 };
 
 // Draws one line centred vertically in the box, its baseline on a whole pixel. Nothing is cut.
@@ -63,8 +75,7 @@ public:
     TextBlock(const QString& text, const QFont& font, int width, int maximumLines,
               Qt::LayoutDirection direction, Qt::Alignment alignment);
 
-    int lineCount() const { return layout_.lineCount(); }
-    int height() const;
+    int height() const { return layout_.lineCount() * lineHeight_; }
     // The longest line in pixels.
     int naturalWidth() const;
     // Where the longest line starts within the width.

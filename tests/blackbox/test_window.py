@@ -1,7 +1,11 @@
-"""The window as it opens: language, defaults, what assistive technology is told, the keyboard."""
+"""The window as it opens: language, defaults, what assistive technology is told, the keyboard; and its sheets."""
+import shutil
+import signal
+import subprocess
 import unittest
 
-from harness import CHOOSE, CHOSEN, READY, BlackBox, mode, w
+import x11
+from harness import CHOOSE, CHOSEN, READY, BlackBox, mode, processes, w
 
 PREFERENCE = "Library/Application Support/Norvaxel/Preferences/3d-language.txt"
 ROUTE_READY = ("Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. Mindestens zwei "
@@ -107,6 +111,166 @@ class Keyboard(BlackBox):
                     self.assertTrue(list(w.captions(each)), "a pop-up belongs to its caption")
                 self.program.terminate()
                 self.program.wait(w.SECONDS)
+
+
+class Sheets(BlackBox):
+    """A dialog or an alert over the window, under a window manager."""
+    LANGUAGES = ("combo box", "Sprache wählen")
+    APPLY = ("push button", "Übernehmen")
+    BEHIND = (w.QUERY, w.SEARCH, w.RESULTS, w.RADIUS, w.ENDPOINT_FIELD, w.LANGUAGE, w.DOWNLOAD)
+
+    def setUp(self):
+        super().setUp()
+        if shutil.which("openbox") is None:
+            self.fail("openbox is missing")
+        self.manager = processes.start(["openbox"], env=self.screen.environment, stdin=subprocess.DEVNULL,
+                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(processes.end, self.manager)
+        w.until(x11.is_managed, "the window manager is there")
+
+    def strangers(self):
+        return [pid for pid in super().strangers() if pid != self.manager.pid]
+
+    def start(self, *arguments, **environment):
+        super().start(*arguments, **environment)
+        w.until(lambda: x11.is_active(self.program.pid), "the window is the active one")
+
+    def ask(self):
+        self.window.press(w.LANGUAGE)
+        w.until(lambda: self.window.focused(self.LANGUAGES), "the dialog hears keys", w.SECONDS, self.window.describe)
+
+    def start_import(self, how="missing-file"):
+        """Everything for an import that ends as soon as the gate is there: it fails, or as `how` says."""
+        for left in (self.folder / "gate", self.record_file):
+            left.unlink(missing_ok=True)
+        self.importer_behaves(how)
+        self.start(NORVAXEL_SANDBOX_GATE=self.folder / "gate")
+        self.search("Berlin")
+        self.window.select(w.RESULTS, 0)
+        self.window.press(w.DOWNLOAD)
+        self.importer_event()
+
+    def end_import(self):
+        (self.folder / "gate").touch()
+
+    def assert_gone(self, how):
+        w.until(lambda: self.window.find(w.SEARCH), how, w.SECONDS, self.window.describe)
+
+    def middle(self):
+        x, y, width, _ = x11.place(self.program.pid)
+        return x + width // 2, y + 100  # on what lies under the sheet
+
+    def leave_and_enter(self):
+        """(name, what a person does) to leave the window and come back into it."""
+        def click():
+            x11.click(*self.middle())
+
+        def back_to_it(enter):
+            with x11.another_window(5, 5, 90, 90) as is_active:
+                w.until(is_active, "another window is active")
+                enter()
+                w.until(lambda: x11.is_active(self.program.pid), "the window is active again")
+
+        def workspaces():
+            x11.to_workspace(1)
+            w.until(lambda: x11.place(self.program.pid) is None, "another workspace shows")
+            x11.to_workspace(0)
+            w.until(lambda: x11.is_active(self.program.pid), "the window is active again")
+        yield "a click on what it covers", click
+        yield "another window, then a click", lambda: back_to_it(click)
+        yield "another window, then the task bar", lambda: back_to_it(lambda: x11.activate(self.program.pid))
+        yield "another workspace", workspaces
+
+    def test_the_keyboard_is_where_it_was_after_the_window_was_left(self):
+        self.start()
+        for name, leave_and_enter in self.leave_and_enter():
+            with self.subTest(name):
+                self.ask()
+                leave_and_enter()
+                self.assertTrue(self.window.focused(self.LANGUAGES), "it still has the keyboard")
+                x11.press("Tab")
+                w.until(lambda: self.window.focused(self.APPLY), "Tab goes on in it")
+                x11.press("Escape")
+                self.assert_gone("Escape closes it")
+
+    def test_nothing_behind_it_is_there_for_assistive_technology(self):
+        self.start()
+        for control in self.BEHIND:
+            self.window.control(control)
+        self.ask()
+        for control in self.BEHIND:
+            self.assertIsNone(self.window.find(control), control[1])
+        self.assertEqual([w.role_of(each) for each in self.window.all() if each.get_name() == "Sprache wählen"],
+                         ["dialog", "label"])
+        x11.press("Return")
+        self.window.control(w.OK)
+        self.assertIsNone(self.window.find(self.APPLY))
+
+    def test_the_list_of_languages_opens_over_its_control(self):
+        self.start()
+        for x, y in ((40, 60), (150, 110), (300, 200)):
+            self.ask()
+            x11.move(self.program.pid, x, y)
+            w.until(lambda: x11.place(self.program.pid)[0] in range(x, x + 9), "the window has moved")
+            x11.press("Alt+Down")
+            left, top, width, height = w.until(lambda: x11.popped_up(self.program.pid), "the list is open")
+            # The program knows where the control is in its window, and the display where the window is.
+            window_left, window_top, _, _ = x11.place(self.program.pid)
+            frame_left, frame_top, _, _ = self.window.frame()
+            box_left, box_top, box_width, box_height = self.window.area(self.window.control(self.LANGUAGES))
+            self.assertEqual((left, width), (window_left + box_left - frame_left, box_width))
+            self.assertIn(window_top + box_top - frame_top + box_height // 2, range(top, top + height))
+            x11.press("Escape")
+            w.until(lambda: not x11.popped_up(self.program.pid), "the list has closed")
+            x11.press("Escape")
+            self.assert_gone("Escape closes it")
+
+    def test_an_alert_of_a_minimised_window_is_there_when_it_comes_back(self):
+        self.start_import()
+        x11.press("Ctrl+m")
+        w.until(lambda: "_NET_WM_STATE_HIDDEN" in x11.states(self.program.pid), "the window is an icon")
+        self.end_import()
+        self.window.control(w.OK)
+        x11.activate(self.program.pid)
+        w.until(lambda: x11.is_active(self.program.pid), "the window is active again")
+        x11.press("Return")
+        self.assert_gone("Return closes it")
+
+    def test_the_task_bar_shows_that_a_job_has_ended_in_a_window_that_is_not_active(self):
+        attention = "_NET_WM_STATE_DEMANDS_ATTENTION"
+        for how in ("missing-file", ""):
+            with self.subTest(how):
+                self.start_import(how)
+                with x11.another_window(5, 5, 90, 90) as is_active:
+                    w.until(is_active, "another window is active")
+                    w.until(lambda: not self.window.all("frame")[0].get_state_set().contains(w.Atspi.StateType.ACTIVE),
+                            "the window knows it")
+                    self.assertNotIn(attention, x11.states(self.program.pid))
+                    self.end_import()
+                    w.until(lambda: attention in x11.states(self.program.pid), "the window asks for attention")
+                    x11.activate(self.program.pid)
+                    w.until(lambda: x11.is_active(self.program.pid), "the window is active again")
+                    w.until(lambda: attention not in x11.states(self.program.pid), "that is all it asked for")
+                self.program.terminate()
+                self.assert_ended_well()
+
+    def test_a_job_that_ends_in_the_active_window_asks_for_nothing(self):
+        self.start_import()
+        self.end_import()
+        self.window.control(w.OK)
+        self.assertEqual(x11.states(self.program.pid), set())
+
+    def test_an_alert_does_not_keep_the_program_from_ending(self):
+        roads = {"Ctrl+Q": lambda: x11.press("Ctrl+q"), "Ctrl+W": lambda: x11.press("Ctrl+w"),
+                 "the window's button": lambda: x11.close_window(self.program.pid),
+                 "SIGTERM": lambda: self.program.send_signal(signal.SIGTERM)}
+        for name, road in roads.items():
+            with self.subTest(name):
+                self.start_import()
+                self.end_import()
+                self.window.control(w.OK)
+                road()
+                self.assert_ended_well()
 
 
 if __name__ == "__main__":

@@ -73,21 +73,30 @@ def format_(files):
     return [f"{place}: not {what}" for place, what in dict.fromkeys(found)] or ([done.stderr] if done.returncode else [])
 
 
+def in_bench(*arguments):
+    """What CMake, called with these, says that went wrong."""
+    done = subprocess.run(["cmake", *arguments], cwd=ROOT, text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    return ["cmake " + " ".join(arguments) + ": " + done.stdout] if done.returncode else []
+
+
+def release(files):
+    """What people run builds without a warning, and so do the benchmarks."""
+    return in_bench("--log-level=WARNING", "--preset", "bench") or in_bench("--build", "--preset", "bench")
+
+
 def tidy(files):
     """clang-tidy 19 finds nothing of the list in .clang-tidy, in the product's sources and headers.
 
     The tests are left out: with them it takes two cores more than ten minutes instead of four.
     """
-    done = subprocess.run(["cmake", "--preset", "dev", "--log-level=WARNING"], cwd=ROOT, text=True,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
-    if done.returncode:
-        return ["cmake --preset dev: " + done.stdout]
-    commands = json.loads((ROOT / "build/dev/compile_commands.json").read_text(encoding="utf-8"))
+    if faults := in_bench("--log-level=WARNING", "--preset", "bench"):
+        return faults
+    commands = json.loads((ROOT / "build/bench/compile_commands.json").read_text(encoding="utf-8"))
     compiled = {pathlib.Path(each["file"]) for each in commands}
     sources = sorted(name for name in of_floors(files, ".cpp") if ROOT / name in compiled)
 
     def of_one(source):
-        one = subprocess.run(["clang-tidy-19", "-p", "build/dev", "--quiet", source], cwd=ROOT, text=True,
+        one = subprocess.run(["clang-tidy-19", "-p", "build/bench", "--quiet", source], cwd=ROOT, text=True,
                              capture_output=True)
         found = re.findall(r"^(.*: (?:error|warning): .*)$", one.stdout, re.MULTILINE)
         return found or ([f"{source}: clang-tidy failed: {one.stderr}"] if one.returncode else [])
@@ -285,7 +294,7 @@ def words(files):
 
 RULES = {"commits": commits, "tests": tests, "includes": includes, "links": links, "style": style,
          "painter": painter, "faults": faults, "words": words,
-         "format": format_, "tidy": tidy}
+         "format": format_, "release": release, "tidy": tidy}
 
 
 def main(names):

@@ -4,7 +4,7 @@
 #include "ChildTest.h"
 #include "ScriptedPlan.h"
 #include "WaitUntil.h"
-#include "jobs/ImporterJob.h"
+#include "jobs/JobRunner.h"
 
 #include <QCoreApplication>
 #include <QTimer>

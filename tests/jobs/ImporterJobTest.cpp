@@ -1,6 +1,5 @@
-#include "jobs/ImporterJob.h"
-
 #include "ScriptedPlan.h"
+#include "jobs/JobRunner.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "localization/FilledText.h"
+#include "localization/NXLocal.h"
 
 #include <QLocale>
 

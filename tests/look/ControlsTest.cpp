@@ -155,6 +155,9 @@ TEST_F(ControlsTest, title_that_outgrows_a_fixed_width_is_elided_and_is_the_tool
     ASSERT_TRUE(showsToolTip(*button));
     EXPECT_EQ(look::shownToolTip()->accessibleName(), button->title());
     EXPECT_TRUE(QRect(4, 0, 100, 32).contains(ink(picture(*button), QRect(4, 4, 100, 24))));
+    EXPECT_EQ(button->accessibleDescription(), button->title());
+    button->setFixedWidth(400);
+    EXPECT_EQ(button->accessibleDescription(), QString()) << "all of it is shown";
 }
 
 TEST_F(ControlsTest, magnifier_stands_before_the_title_in_its_colour) {
@@ -279,7 +282,7 @@ TEST_F(ControlsTest, fields_have_the_colours_of_their_states) {
         field.setReadOnly(false);
         field.setEnabled(true);
         field.setFocus();
-        expect(well, focusLine, labelOnWell);
+        expect(well, focusRing, labelOnWell);
     }
 }
 
@@ -346,6 +349,15 @@ TEST_F(ControlsTest, check_box_has_the_colours_of_its_states) {
     box->setEnabled(false);
     expect(pillDisabled, checkBoxDisabledLine, disabledText);
     EXPECT_NEAR(ink(picture(*box), QRect(16, 0, box->width() - 16, 16)).left(), 20, 1);
+}
+
+TEST_F(ControlsTest, sign_of_a_mnemonic_is_not_drawn) {
+    auto* plain = new QCheckBox(u"Karte"_s, &window);
+    auto* marked = new QCheckBox(u"Kar&te"_s, &window);
+    for (QCheckBox* box : {plain, marked})
+        box->setFixedSize(120, 20);
+    show();
+    EXPECT_EQ(picture(*marked), picture(*plain));
 }
 
 TEST_F(ControlsTest, menu_shows_a_doubled_ampersand_once) {

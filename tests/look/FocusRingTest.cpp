@@ -56,7 +56,8 @@ TEST_F(FocusRingTest, tab_goes_around_with_the_ring) {
     for (QWidget* next : std::initializer_list<QWidget*>{button, popUp, segments, list, field}) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         EXPECT_EQ(look::ringedControl(), next) << next->metaObject()->className();
-        EXPECT_EQ(colourOutside(*next, 1), look::colours::focusRing);
+        EXPECT_EQ(colourOutside(*next, 1), look::colours::focusRingInner);
+        EXPECT_EQ(colourOutside(*next, 2), look::colours::focusRing);
         EXPECT_EQ(colourOutside(*next, 3), look::colours::focusRing);
         EXPECT_EQ(colourOutside(*next, 4), look::colours::window);
         EXPECT_EQ(colourAt(window, next->geometry().topLeft()), look::colours::focusRing)
@@ -137,7 +138,7 @@ TEST_F(FocusRingTest, follows_its_control_and_the_containers_around_it) {
     EXPECT_EQ(colourAt(window, QPoint(448, 163)), look::colours::focusRing);
     EXPECT_EQ(colourAt(window, QPoint(398, 113)), look::colours::window);
     inner->resize(150, 26);
-    EXPECT_EQ(colourAt(window, QPoint(600, 163)), look::colours::focusRing);
+    EXPECT_EQ(colourAt(window, QPoint(601, 163)), look::colours::focusRing);
     pane->hide();
     EXPECT_NE(look::ringedControl(), inner);
     EXPECT_EQ(colourAt(window, QPoint(600, 163)), look::colours::window);
@@ -198,15 +199,15 @@ TEST_F(FocusRingTest, lies_around_the_box_of_a_check_box) {
         ASSERT_EQ(look::ringedControl(), box);
         const int left = direction == Qt::LeftToRight ? 400 : 600 - 14;
         EXPECT_EQ(colourAt(window, QPoint(left - 2, 108)), look::colours::focusRing);
-        EXPECT_EQ(colourAt(window, QPoint(left + 14 + 2, 108)), look::colours::focusRing);
+        EXPECT_EQ(colourAt(window, QPoint(left + 14 + 1, 108)), look::colours::focusRing);
         EXPECT_EQ(colourAt(window, QPoint(500, 98)), look::colours::window);
     }
 }
 
-TEST_F(FocusRingTest, field_takes_the_inner_line_as_its_border) {
+TEST_F(FocusRingTest, field_takes_the_rings_colour_as_its_border) {
     show();
     field->setFocus();
-    EXPECT_EQ(colourAt(*field, QPoint(100, 0)), look::colours::focusLine);
+    EXPECT_EQ(colourAt(*field, QPoint(100, 0)), look::colours::focusRing);
     button->setFocus();
     EXPECT_EQ(colourAt(*field, QPoint(100, 0)), look::colours::border);
 }

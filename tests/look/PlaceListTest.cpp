@@ -1,7 +1,6 @@
 #include "look/controls/PlaceList.h"
 
 #include "LookTest.h"
-#include "look/controls/PlaceListModel.h"
 #include "look/style/Colours.h"
 #include "look/style/ToolTip.h"
 #include "look/text/Fonts.h"

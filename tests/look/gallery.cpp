@@ -5,7 +5,6 @@
 #include "look/controls/Field.h"
 #include "look/controls/Glyphs.h"
 #include "look/controls/PlaceList.h"
-#include "look/controls/PlaceListModel.h"
 #include "look/controls/PopUp.h"
 #include "look/controls/Segments.h"
 #include "look/controls/Spinner.h"
@@ -96,8 +95,10 @@ public:
 protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
-        for (const auto& [rectangle, radius] : rings_)
+        for (const auto& [rectangle, radius] : rings_) {
             look::drawBand(painter, rectangle, radius, 3, look::colours::focusRing);
+            look::drawBand(painter, rectangle, radius, 1, look::colours::focusRingInner);
+        }
     }
 
 private:

@@ -1,7 +1,6 @@
-#include "platform/AtomicFile.h"
-
 #include "FullDisk.h"
 #include "TemporaryFolder.h"
+#include "platform/Files.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,6 +1,5 @@
-#include "platform/Background.h"
-
 #include "WaitUntil.h"
+#include "platform/Threads.h"
 
 #include <QCoreApplication>
 

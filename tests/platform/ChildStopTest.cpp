@@ -4,7 +4,7 @@
 #include "RunningChild.h"
 #include "WaitUntil.h"
 #include "platform/ChildProcess.h"
-#include "platform/StopChild.h"
+#include "platform/Threads.h"
 
 #include <signal.h>
 #include <spawn.h>

@@ -6,7 +6,6 @@
 #include "TemporaryFolder.h"
 #include "WaitUntil.h"
 #include "platform/ChildProcess.h"
-#include "platform/StopChild.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

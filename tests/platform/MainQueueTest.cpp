@@ -1,6 +1,5 @@
-#include "platform/MainQueue.h"
-
 #include "WaitUntil.h"
+#include "platform/Threads.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

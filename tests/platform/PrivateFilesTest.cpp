@@ -1,6 +1,5 @@
-#include "platform/PrivateFiles.h"
-
 #include "TemporaryFolder.h"
+#include "platform/Files.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

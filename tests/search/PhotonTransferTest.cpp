@@ -1,6 +1,6 @@
 #include "search/PhotonTransfer.h"
 
-#include "platform/Pipe.h"
+#include "platform/Descriptors.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -55,7 +55,7 @@ protected:
 
 TEST_F(PlaceSearchTest, a_new_search_is_idle_and_has_found_nothing) {
     EXPECT_FALSE(search_->isRunning());
-    EXPECT_TRUE(search_->found().isEmpty());
+    EXPECT_TRUE(search_->found().rows.isEmpty());
 }
 
 TEST_F(PlaceSearchTest, a_begin_asks_the_geocoder) {
@@ -96,7 +96,7 @@ TEST_F(PlaceSearchTest, what_goes_wrong_ends_it_with_nothing_found) {
         asked_.back()->answer(row.body, row.message);
         turn();
         EXPECT_EQ(ends_, QStringList{row.failure});
-        EXPECT_TRUE(search_->found().isEmpty());
+        EXPECT_TRUE(search_->found().rows.isEmpty());
         EXPECT_TRUE(search_->found().query.isEmpty() && search_->found().response.isEmpty());
     }
 }
@@ -106,7 +106,7 @@ TEST_F(PlaceSearchTest, a_begin_forgets_what_was_found_before) {
     asked_[0]->answer(twoPlaces, {});
     turn();
     search_->begin(u"Bern"_s);
-    EXPECT_TRUE(search_->found().isEmpty());
+    EXPECT_TRUE(search_->found().rows.isEmpty());
     EXPECT_TRUE(search_->found().response.isEmpty());
 }
 
@@ -117,7 +117,7 @@ TEST_F(PlaceSearchTest, forget_forgets_and_stop_does_not) {
     search_->stop();
     EXPECT_EQ(search_->found().rows.size(), 2);
     search_->forget();
-    EXPECT_TRUE(search_->found().isEmpty());
+    EXPECT_TRUE(search_->found().rows.isEmpty());
     EXPECT_EQ(ends_.size(), 1);
 }
 
@@ -137,7 +137,7 @@ TEST_F(PlaceSearchTest, a_late_answer_changes_nothing) {
                 old->answer(twoPlaces, {});
             turn();
             EXPECT_EQ(old->drops, 1);
-            EXPECT_TRUE(search_->found().isEmpty());
+            EXPECT_TRUE(search_->found().rows.isEmpty());
             EXPECT_TRUE(ends_.isEmpty());
         }
     }

@@ -110,6 +110,26 @@ TEST_F(AccessibilityTest, a_tooltip_is_the_description_of_its_control) {
     }
 }
 
+TEST_F(AccessibilityTest, an_example_is_told_only_where_something_can_be_typed) {
+    start();
+    const auto expect = [this](const char* name, const QString& example) {
+        EXPECT_EQ(field(name)->placeholderText(), example) << name;
+        const QString told = field(name)->toolTip().isEmpty() ? example : field(name)->toolTip();
+        EXPECT_EQ(spoken(field(name))->text(QAccessible::Description), told) << name;
+    };
+    expect("query", u"Stadt, Ort oder Adresse weltweit"_s);
+    field("query")->setText(u"Berlin"_s);
+    expect("query", QString());
+    expect("endpointField", QString()); // full and read-only
+    choose("endpoint", 3);
+    expect("endpointField", u"https://overpass.example.org/api/interpreter"_s);
+    field("endpointField")->setReadOnly(true); // as during an import
+    expect("endpointField", QString());
+    expect("routeEndpointField", QString());
+    field("routeEndpointField")->clear();
+    expect("routeEndpointField", u"https://routing.example.org/routed-car/route/v1/driving"_s);
+}
+
 TEST_F(AccessibilityTest, what_is_elided_has_its_whole_text_for_a_description) {
     start();
     const auto description = [](QWidget* widget) {
@@ -171,6 +191,30 @@ TEST_F(AccessibilityTest, what_is_not_shown_is_not_heard) {
     EXPECT_FALSE(spoken(control("placeholder"))->state().invisible);
     EXPECT_TRUE(spoken(control("endpointField"))->state().readOnly);
     EXPECT_TRUE(spoken(control("downloadButton"))->state().disabled);
+}
+
+TEST_F(AccessibilityTest, nothing_under_a_dialog_is_heard_until_it_goes) {
+    start();
+    const auto heard = [this] {
+        QStringList names;
+        for (const QWidget* each : shown<QWidget>(window()->centralWidget()))
+            if (!each->objectName().isEmpty() && !each->objectName().startsWith("qt_"_L1))
+                names += each->objectName();
+        return names;
+    };
+    const QStringList before = heard();
+    ASSERT_GT(before.size(), 10);
+    click(button("languageButton"));
+    EXPECT_EQ(heard(), QStringList(u"languages"_s));
+    EXPECT_TRUE(spoken(control("query"))->state().invisible);
+    EXPECT_FALSE(spoken(alert())->state().invisible);
+    QAccessibleInterface* above = spoken(alert());
+    while (above->object() != window())
+        above = above->parent();
+    EXPECT_EQ(above->role(), QAccessible::Window);
+    alert()->reject();
+    EXPECT_EQ(heard(), before);
+    settle();
 }
 
 TEST_F(AccessibilityTest, tab_follows_the_eye_in_place_mode) {

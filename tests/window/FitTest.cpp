@@ -120,24 +120,13 @@ protected:
     void look(const QString& state) {
         SCOPED_TRACE(state.toStdString());
         settle();
-        const QList<QWidget*> dialogs = shownDialogs();
         expectRows();
         expectEverythingFits(window()->centralWidget());
         expectNoOverlap();
-        for (QWidget* dialog : dialogs)
-            expectEverythingFits(dialog);
-        keepPicture(state, dialogs);
+        keepPicture(state);
     }
 
 private:
-    QList<QWidget*> shownDialogs() const {
-        QList<QWidget*> found;
-        for (look::Panel* panel : window()->findChildren<look::Panel*>())
-            if (panel->isVisible())
-                found += panel;
-        return found;
-    }
-
     void expectRow(const Row& row) const {
         const QRect area = place(row.name);
         EXPECT_EQ(area.top(), row.top) << row.name;
@@ -214,15 +203,11 @@ private:
         return (label != nullptr ? label->text() : widget->objectName()).toStdString();
     }
 
-    void keepPicture(const QString& state, const QList<QWidget*>& dialogs) const {
+    void keepPicture(const QString& state) const {
         const QString folder = qEnvironmentVariable("FIT_PICTURES");
         if (folder.isEmpty())
             return;
-        QPixmap picture = window()->grab();
-        QPainter painter(&picture);
-        for (QWidget* dialog : dialogs)
-            painter.drawPixmap(dialog->pos() - window()->pos(), dialog->grab());
-        painter.end();
+        const QPixmap picture = window()->grab();
         ASSERT_TRUE(QDir().mkpath(folder));
         const QString name = u"%1-%2-%3-%4.png"_s.arg(
             QString::fromUtf8(programLanguage.stored), isRoute() ? u"route"_s : u"place"_s,

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TemporaryFolder.h"
-#include "platform/UniqueFd.h"
+#include "platform/Descriptors.h"
 
 #include <QJsonObject>
 #include <QStringList>

@@ -129,6 +129,28 @@ TEST_F(GeometryTest, route_mode) {
     }
 }
 
+TEST_F(GeometryTest, a_dialog_lies_in_the_middle_of_the_content) {
+    for (const QSize size : {natural, least}) {
+        startAt(Mode::Place, size);
+        click(button("languageButton"));
+        EXPECT_EQ(place(alert()),
+                  QRect((size.width() - 348) / 2, (size.height() - 233) / 2, 348, 233));
+        alert()->reject();
+        settle();
+        end();
+    }
+}
+
+TEST_F(GeometryTest, the_longest_alert_keeps_to_the_smallest_window) {
+    startAt(Mode::Place, least);
+    window()->showAlert(u"Titel "_s.repeated(1000), u"Wort "_s.repeated(10000), u"OK"_s);
+    settle();
+    EXPECT_EQ(window()->centralWidget()->size(), least);
+    EXPECT_TRUE(QRect(QPoint(12, 12), least - QSize(24, 24)).contains(place(alert())));
+    EXPECT_TRUE(place(alert()).contains(place(alert()->prominentButton())));
+    closeAlert();
+}
+
 // The captions decide where the controls behind them stand.
 TEST_F(GeometryTest, captions_are_as_wide_as_their_text) {
     start();

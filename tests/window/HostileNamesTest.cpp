@@ -6,7 +6,7 @@
 #include "look/style/ToolTip.h"
 
 #ifdef __linux__
-#include "platform/UniqueFd.h"
+#include "platform/Descriptors.h"
 
 #include <sys/inotify.h>
 #include <unistd.h>

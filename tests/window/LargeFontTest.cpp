@@ -63,7 +63,7 @@ protected:
         for (const QWidget* each : alert()->findChildren<QWidget*>()) {
             const QString name = u"%1 %2 of the dialog"_s.arg(
                 QString::number(number++), QLatin1StringView(each->metaObject()->className()));
-            if (each->isVisible() && each->window() == alert())
+            if (each->isVisible() && each->window() == window())
                 found[name] = {each->geometry(), each->font().pixelSize()};
         }
         found[u"dialog"_s] = {QRect(QPoint(), alert()->size()), 0};

@@ -101,6 +101,25 @@ TEST_F(ModeTest, choosing_an_address_of_ones_own_discards_the_former_one) {
     EXPECT_EQ(field("endpointField")->text(), QString());
 }
 
+TEST_F(ModeTest, choosing_an_address_of_ones_own_again_leads_to_an_empty_field) {
+    start();
+    for (int i = 0; i < 2; ++i) {
+        // From the open list, as a person does who chooses the entry that is there already.
+        look::PopUp* services = popUp("endpoint");
+        services->showPopup();
+        QAbstractItemView* view = services->view();
+        key(view, Qt::Key_End);
+        key(view, Qt::Key_Return);
+        ASSERT_EVENTUALLY(!view->isVisible());
+        EXPECT_EQ(services->currentIndex(), 3);
+        EXPECT_EQ(QApplication::focusWidget(), field("endpointField"));
+        EXPECT_EQ(field("endpointField")->text(), QString());
+        QTest::keyClicks(field("endpointField"), u"https://a.example"_s);
+    }
+    choose("endpoint", 1);
+    EXPECT_EQ(QApplication::focusWidget(), popUp("endpoint")) << "there is nothing to fill";
+}
+
 TEST_F(ModeTest, a_data_service_can_be_chosen_while_a_search_runs) {
     start();
     geocoder.behave({{"hang"_L1, true}});

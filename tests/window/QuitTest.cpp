@@ -3,7 +3,7 @@
 #include "SearchWindowTest.h"
 #include "WaitUntil.h"
 #include "localization/Language.h"
-#include "platform/StopChild.h"
+#include "platform/ChildProcess.h"
 
 #include <QMenu>
 #include <QMenuBar>

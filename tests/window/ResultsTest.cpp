@@ -1,7 +1,6 @@
 // The list of results: what is chosen, and what the window says of it.
 
 #include "SearchWindowTest.h"
-#include "look/controls/PlaceListModel.h"
 
 using namespace Qt::StringLiterals;
 using namespace app;

@@ -417,23 +417,34 @@ TEST_F(ScaleTest, a_ring_is_sharp_on_both_sides) {
         const int top = device(area.top());
         const std::vector<Stretch> above = stretches(
             picture, {middle, device(area.top() - 3) - device(2)}, {middle, top + device(3)});
-        ASSERT_EQ(above.size(), 4U) << name << ": " << describe(above);
+        ASSERT_EQ(above.size(), 5U) << name << ": " << describe(above);
         EXPECT_TRUE(isClose(above[1].colour, look::colours::focusRing)) << describe(above);
-        EXPECT_EQ(above[1].length, top - device(area.top() - 3)) << describe(above);
-        EXPECT_EQ(above[2].length, lineWidth()) << describe(above);
+        EXPECT_TRUE(isClose(above[2].colour, look::colours::focusRingInner)) << describe(above);
+        EXPECT_EQ(above[1].length, device(area.top() - 1) - device(area.top() - 3))
+            << describe(above);
+        EXPECT_EQ(above[2].length, top - device(area.top() - 1)) << describe(above);
+        EXPECT_EQ(above[3].length, lineWidth()) << describe(above);
         const int bottom = device(area.top() + area.height()) - 1;
         const int end = device(area.top() + area.height() + 3) - 1;
         const std::vector<Stretch> below =
             stretches(picture, {middle, end + device(2)}, {middle, bottom - device(3)});
-        ASSERT_EQ(below.size(), 4U) << name << ": " << describe(below);
-        EXPECT_EQ(below[1].length, end - bottom) << describe(below);
+        ASSERT_EQ(below.size(), 5U) << name << ": " << describe(below);
+        EXPECT_EQ(below[1].length + below[2].length, end - bottom) << describe(below);
     }
 }
 
-// A window of its own, as high as its texts make it: its last line must not fall off the last
-// pixel.
+// A widget as its window has sent it to the screen.
+QImage partOnScreen(const QWidget* shown) {
+    const QPoint from = shown->mapTo(shown->window(), QPoint());
+    const QPoint to = from + QPoint(shown->width(), shown->height());
+    return onScreen(shown->window())
+        .copy(QRect(QPoint(device(from.x()), device(from.y())),
+                    QPoint(device(to.x()) - 1, device(to.y()) - 1)));
+}
+
+// As high as its texts make it: its last line must not fall off the last pixel.
 void expectWindowBorder(QWidget* shown, QRgb line, QRgb fill, const char* what) {
-    const QImage picture = onScreen(shown);
+    const QImage picture = partOnScreen(shown);
     const int x = picture.width() / 2;
     const int y = picture.height() / 2;
     const int in = device(4);
@@ -469,14 +480,14 @@ TEST_F(ScaleTest, dialogs_menus_and_tooltips_are_sharp_to_their_last_pixel) {
     click(button("languageButton"));
     settle();
     expectWindowBorder(alert(), c::panelOutline, c::panel, "language dialog");
-    keep(onScreen(alert()), u"language"_s);
+    keep(onScreen(window()), u"language"_s);
     alert()->reject();
     settle();
     window()->showAlert(u"Ein Titel"_s,
                         QString(u"Eine Mitteilung über mehrere Zeilen. "_s).repeated(4), u"OK"_s);
     settle();
     expectWindowBorder(alert(), c::panelOutline, c::panel, "alert");
-    keep(onScreen(alert()), u"alert"_s);
+    keep(onScreen(window()), u"alert"_s);
     alert()->accept();
     settle();
 }

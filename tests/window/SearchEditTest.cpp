@@ -2,7 +2,7 @@
 
 #include "SearchWindowTest.h"
 #include "WaitUntil.h"
-#include "platform/MainQueue.h"
+#include "platform/Threads.h"
 
 #include <QClipboard>
 #include <QDropEvent>

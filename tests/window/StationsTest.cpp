@@ -59,6 +59,20 @@ TEST_F(StationsTest, the_first_is_the_start_and_the_others_are_added_at_the_end)
     EXPECT_EQ(rows().size(), 3);
 }
 
+TEST_F(StationsTest, one_that_was_added_leads_to_the_search_for_the_next) {
+    startWithResults({u"A"_s, u"B"_s});
+    ASSERT_FALSE(field("query")->text().isEmpty());
+    for (const bool byButton : {true, false}) {
+        list("table")->setFocus();
+        if (byButton)
+            click(button("addStationButton"));
+        else
+            key(list("table"), Qt::Key_Return);
+        EXPECT_EQ(QApplication::focusWidget(), field("query"));
+        EXPECT_EQ(field("query")->selectedText(), field("query")->text());
+    }
+}
+
 TEST_F(StationsTest, the_same_place_may_be_added_twice) {
     startWithResults({u"Köln"_s});
     for (const QString& said : {says::startSet, says::stationAdded, says::stationAdded}) {
@@ -301,6 +315,7 @@ TEST_F(StationsTest, return_and_a_double_click_on_a_result_add_it_in_route_mode)
     EXPECT_EQ(status(), says::startSet);
     doubleClickRow(1);
     EXPECT_EQ(stations(), numbered({u"A"_s, u"B"_s}));
+    list("table")->setFocus();
     key(list("table"), Qt::Key_Down);
     key(list("table"), Qt::Key_Enter);
     EXPECT_EQ(stations(), numbered({u"A"_s, u"B"_s, u"C"_s}));

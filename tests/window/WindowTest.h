@@ -120,7 +120,8 @@ bool eventually(Predicate holds, std::chrono::milliseconds patience = std::chron
 // Lets everything happen that is due now.
 void settle();
 
-// The controls of a kind that show in a window or in a part of it, but not in the dialogs over it.
+// The controls of a kind that show in a window or in a part of it, but not in other windows over
+// it.
 template<typename Control>
 QList<Control*> shown(const QWidget* parent) {
     QList<Control*> controls;

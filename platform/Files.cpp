@@ -1,7 +1,4 @@
-#include "platform/AtomicFile.h"
-
-#include "platform/SystemError.h"
-#include "platform/UniqueFd.h"
+#include "platform/Files.h"
 
 #include <QRandomGenerator>
 
@@ -11,7 +8,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <string>
 
 namespace platform {
 namespace {
@@ -34,14 +30,12 @@ UniqueFd openBeside(const std::filesystem::path& target, mode_t mode, std::files
 }
 
 std::error_code writeAll(int file, QByteArrayView bytes) {
-    const char* next = bytes.data();
-    const char* const end = next + bytes.size();
-    while (next != end) {
-        const ssize_t written = ::write(file, next, std::size_t(end - next));
-        if (written < 0 && errno != EINTR)
+    while (!bytes.isEmpty()) {
+        const ssize_t written =
+            uninterrupted([&] { return ::write(file, bytes.data(), std::size_t(bytes.size())); });
+        if (written < 0)
             return systemError();
-        if (written > 0)
-            next += written;
+        bytes = bytes.sliced(written);
     }
     return {};
 }
@@ -59,13 +53,12 @@ std::error_code syncFile(int file) {
 std::error_code copyAll(int file, int source) {
     QByteArray chunk(65536, Qt::Uninitialized);
     for (;;) {
-        const ssize_t got = ::read(source, chunk.data(), std::size_t(chunk.size()));
+        const ssize_t got =
+            uninterrupted([&] { return ::read(source, chunk.data(), std::size_t(chunk.size())); });
         if (got == 0)
             return {};
-        if (got < 0 && errno != EINTR)
-            return systemError();
         if (got < 0)
-            continue;
+            return systemError();
         if (const std::error_code failure = writeAll(file, QByteArrayView(chunk).first(got)))
             return failure;
     }
@@ -107,6 +100,22 @@ std::error_code replace(const std::filesystem::path& path, Durability durability
     return {};
 }
 
+std::error_code createParents(const std::filesystem::path& path) {
+    std::filesystem::path parent;
+    for (const std::filesystem::path& step : path.parent_path()) {
+        parent /= step;
+        if (::mkdir(parent.c_str(), 0700) == 0)
+            continue;
+        const std::error_code failure = systemError();
+        // Parents may be links, and making one that exists may be refused for another reason than
+        // that it exists (a folder that only others can write to).
+        std::error_code ignored;
+        if (!std::filesystem::is_directory(parent, ignored))
+            return failure;
+    }
+    return {};
+}
+
 } // namespace
 
 std::error_code replaceFile(const std::filesystem::path& path, const QByteArray& bytes,
@@ -121,6 +130,21 @@ std::error_code replaceByCopy(const std::filesystem::path& path,
         return systemError();
     return replace(path, Durability::Fast, Readers::Owner,
                    [&](int file) { return copyAll(file, opened.get()); });
+}
+
+std::error_code createPrivateFolder(const std::filesystem::path& path, Parents parents) {
+    if (parents == Parents::Create) {
+        if (const std::error_code failure = createParents(path))
+            return failure;
+    }
+    return ::mkdir(path.c_str(), 0700) == 0 ? std::error_code() : systemError();
+}
+
+PrivateLog createPrivateLog(const std::filesystem::path& path) {
+    UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!file)
+        return {UniqueFd(), systemError()};
+    return {std::move(file), {}};
 }
 
 } // namespace platform

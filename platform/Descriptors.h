@@ -2,9 +2,25 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <system_error>
 #include <utility>
 
 namespace platform {
+
+// The error of the system call that has just failed, or the one with this errno. Any thread.
+inline std::error_code systemError(int number = errno) {
+    return {number, std::generic_category()};
+}
+
+// What the system call returns when no signal interrupts it. Any thread.
+template<typename Call>
+auto uninterrupted(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
 
 // Owns one file descriptor and closes it. Holds -1 when it owns none. One thread at a time.
 class UniqueFd {
@@ -16,8 +32,6 @@ public:
         reset(other.release());
         return *this;
     }
-    UniqueFd(const UniqueFd&) = delete;
-    UniqueFd& operator=(const UniqueFd&) = delete;
     ~UniqueFd() { reset(); }
 
     int get() const { return descriptor_; }
@@ -36,5 +50,14 @@ public:
 private:
     int descriptor_ = -1;
 };
+
+// Both ends of a pipe, closed with it. One thread at a time.
+struct Pipe {
+    UniqueFd readEnd;
+    UniqueFd writeEnd;
+};
+
+// Fills pipe with a fresh pair, both close-on-exec. On failure pipe is unchanged. Any thread.
+std::error_code openPipe(Pipe& pipe);
 
 } // namespace platform

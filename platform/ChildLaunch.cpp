@@ -1,4 +1,4 @@
-#include "platform/ChildLaunchParts.h"
+#include "platform/ChildLaunch.h"
 
 #include <fcntl.h>
 #include <unistd.h>

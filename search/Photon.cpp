@@ -1,7 +1,6 @@
-#include "search/PhotonAnswer.h"
+#include "search/Photon.h"
 
 #include "localization/NXLocal.h"
-#include "search/NXText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -64,6 +63,15 @@ ResultRow rowOf(const QJsonObject& feature, Point point, const QString& query) {
 }
 
 } // namespace
+
+QUrl photonQuery(const QUrl& geocoder, const QString& text) {
+    // QUrlQuery would leave "+" as it is, which a server reads as a space.
+    const QByteArray query =
+        "q=" + QUrl::toPercentEncoding(text) + QByteArrayLiteral("&limit=8&lang=de");
+    QUrl url = geocoder;
+    url.setQuery(QString::fromLatin1(query), QUrl::StrictMode);
+    return url;
+}
 
 std::optional<QList<ResultRow>> readPhotonAnswer(const QByteArray& body, const QString& query) {
     const QJsonValue features = QJsonDocument::fromJson(body).object().value("features"_L1);

@@ -1,9 +1,6 @@
-#include "platform/Pipe.h"
-
-#include "platform/SystemError.h"
+#include "platform/Descriptors.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace platform {
 
