@@ -1,8 +1,8 @@
 """The window used through the accessibility interface alone, without a key and without the mouse:
 what it is told there, and what it can do from there.
 
-A screen reader reads out what comes to show with the role “notification”, wherever the focus is. One
-that lies in an alert is an error.
+A screen reader reads out an announcement, wherever the focus is. A toolkit before 6.8 has none: there it
+reads out what comes to show with the role “notification”. One that lies in an alert is an error.
 """
 import unittest
 
@@ -30,19 +30,25 @@ POLITE, ASSERTIVE = "polite", "assertive"
 class Listener:
     """Hears what the programs on the desktop say, in order."""
 
+    EVENTS = ("object:announcement", "object:state-changed:showing", "object:state-changed:focused")
+
     def __init__(self):
         self.announced = []  # (urgency, text)
         self.focused = []  # (role, name)
         self._listener = Atspi.EventListener.new(self._hear)
-        for event in ("object:state-changed:showing", "object:state-changed:focused"):
+        for event in self.EVENTS:
             self._listener.register(event)
 
     def end(self):
-        for event in ("object:state-changed:showing", "object:state-changed:focused"):
+        for event in self.EVENTS:
             self._listener.deregister(event)
 
     def _hear(self, event):
         try:
+            if event.type.startswith("object:announcement"):
+                is_error = event.detail1 == int(Atspi.Live.ASSERTIVE)
+                self.announced.append((ASSERTIVE if is_error else POLITE, event.any_data))
+                return
             role = w.role_of(event.source)
             if not event.detail1:
                 return
