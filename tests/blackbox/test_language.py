@@ -109,7 +109,8 @@ class Language(BlackBox):
                 self.keep(code + "\n")
                 self.open()
                 self.assertEqual(self.window.value(LANGUAGES), name)
-                self.window.key(w.KEY_ESCAPE)
+                with self.window.leaving(APPLY):
+                    self.window.key(w.KEY_ESCAPE)
                 self.assert_closed()
 
     def test_without_a_kept_language_it_opens_on_the_one_in_use(self):
@@ -137,7 +138,10 @@ class Language(BlackBox):
         self.keep("de\n")
         self.start()
         before = self.preference.stat()
-        for way in (lambda: self.window.press(CANCEL), lambda: self.window.key(w.KEY_ESCAPE)):
+        def press_escape():
+            with self.window.leaving(APPLY):
+                self.window.key(w.KEY_ESCAPE)
+        for way in (lambda: self.window.press(CANCEL), press_escape):
             self.open()
             self.window.choose(LANGUAGES, "Polski")
             way()

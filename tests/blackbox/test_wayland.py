@@ -159,7 +159,8 @@ class WaylandKeyboard(OnWayland):
                 w.until(lambda: self.window.focused(w.QUERY), "the search field has the keyboard")
                 self.window.press(w.LANGUAGE)
                 self.window.control(APPLY)
-                self.window.key(w.KEY_ESCAPE)
+                with self.window.leaving(APPLY):
+                    self.window.key(w.KEY_ESCAPE)
                 w.until(lambda: self.window.find(APPLY) is None, "the dialog has gone")
                 self.end()
 
