@@ -5,6 +5,7 @@ read is what is there now: nothing is cached but where to look first. Waiting is
 condition. Needs DISPLAY and DBUS_SESSION_BUS_ADDRESS of the program's desktop in os.environ before
 it is first used.
 """
+import contextlib
 import os
 import re
 import time
@@ -43,7 +44,7 @@ OK = ("push button", "OK")
 ROUTING_FIELD = ("text", "Routingdienst · eigene HTTPS-Adresse optional")
 
 # X key symbols
-KEY_HOME, KEY_DOWN, KEY_RETURN, KEY_ESCAPE = 0xFF50, 0xFF54, 0xFF0D, 0xFF1B
+KEY_HOME, KEY_UP, KEY_DOWN, KEY_RETURN, KEY_ESCAPE = 0xFF50, 0xFF52, 0xFF54, 0xFF0D, 0xFF1B
 
 # A pop-up's actions: after "ShowMenu" and "Press", "Increase" and "Decrease"
 NEXT_ENTRY, PREVIOUS_ENTRY = 2, 3
@@ -69,6 +70,29 @@ def until(condition, what, seconds=SECONDS, instead=lambda: ""):
         if time.monotonic() > deadline:
             raise NotThere(f"after {seconds:g} s still not: {what}\n{instead()}")
         time.sleep(PAUSE)
+
+
+_hidden = []  # what programs have said to show no longer
+
+# Each is called with the event of whatever comes to show or shows no longer. Who wants to hear of that is
+# added here: a second listener to the same event, when it ends, ends the first one's hearing too.
+told = []
+
+
+def _note(event):
+    if not event.detail1:
+        _hidden.append(event.source)
+    for each in told:
+        each(event)
+
+
+_listener = Atspi.EventListener.new(_note)
+
+
+def hear():
+    """Lets what the programs have said up to now reach who listens."""
+    while GLib.MainContext.default().iteration(False):
+        pass
 
 
 def role_of(accessible):
@@ -110,11 +134,13 @@ def captions(accessible):
 
 def desktop():
     """All programs on the desktop. Called before the first program starts, it also sees to it that
-    the accessibility bus is there when that program looks for it."""
-    Atspi.init()
+    the accessibility bus is there when that program looks for it, and that it hears who listens."""
+    is_first = Atspi.init() == 0
     found = Atspi.get_desktop(0)
     found.set_cache_mask(Atspi.Cache.NONE)
     found.get_child_count()
+    if is_first:
+        _listener.register("object:state-changed:showing")
     return found
 
 
@@ -126,6 +152,8 @@ class Window:
         self._desktop = desktop()
         self._seen = {}  # by role: where controls that were looked for have been found
         self._application = until(self._find, f"process {pid} shows a window", seconds)
+        # One that was heard before it was found remembers what it said: not so.
+        self._application.set_cache_mask(Atspi.Cache.NONE)
 
     def _find(self):
         for application in _children(self._desktop):
@@ -228,7 +256,7 @@ class Window:
 
     def items(self, combo):
         """The titles that a pop-up offers."""
-        return [row.get_name() for child in _children(self.control(combo)) for row in _children(child)]
+        return [row.get_name() for row in self._entries(combo)]
 
     def rows(self, list_or_control):
         found = self.control(list_or_control) if isinstance(list_or_control, tuple) else list_or_control
@@ -256,7 +284,26 @@ class Window:
             found = self.find(control)
             return found if found is not None and _has(found, Atspi.StateType.ENABLED) else None
         found = until(pressable, f"{control[0]} “{control[1]}” can be pressed", seconds, self.describe)
-        Atspi.Action.do_action(found, 0)
+        closes = role_of(found) == "push button" and self._is_in_panel(found)
+        with self.leaving(control) if closes else contextlib.nullcontext():
+            Atspi.Action.do_action(found, 0)
+
+    def _is_in_panel(self, accessible):
+        while accessible is not None and role_of(accessible) not in ("dialog", "alert"):
+            accessible = accessible.get_parent()
+        return accessible is not None
+
+    @contextlib.contextmanager
+    def leaving(self, control):
+        """What is done inside closes the panel that the control lies in; afterwards it has gone.
+        Meanwhile nothing is asked, only heard: of who asks after what is no more the toolkit complains."""
+        found = self.control(control)
+        hear()
+        _hidden.clear()
+        yield
+        until(lambda: hear() or found in _hidden, f"{control[0]} “{control[1]}” goes")
+        self._seen.clear()
+        self._application.get_child_count()  # in this turn the program removes what it has hidden
 
     def click(self, control, row, how="b1c"):
         """Clicks a row of a list; "b1d" clicks twice."""
@@ -280,10 +327,17 @@ class Window:
         if item not in titles:
             raise NotThere(f"“{control[1]}” has no item “{item}”, it has {titles}")
         self.press(control)
-        until(lambda: any(_has(each, Atspi.StateType.FOCUSED) for each in self._popped_up(control)),
+        until(lambda: any(_has(each, Atspi.StateType.FOCUSED) for each in self._entries(control)),
               f"“{control[1]}” is open", SECONDS, self.describe)
-        for symbol in (KEY_HOME, *[KEY_DOWN] * titles.index(item), KEY_RETURN):
-            self.key(symbol)
+        # Each key shows its effect before the next one: for who listens the toolkit sends keys round by the
+        # bus, and of several at once it loses some.
+        entries, here, there = self._entries(control), titles.index(self.value(control)), titles.index(item)
+        step, key = (1, KEY_DOWN) if there > here else (-1, KEY_UP)
+        for number in range(here + step, there + step, step):
+            self.key(key)
+            until(lambda: _has(entries[number], Atspi.StateType.FOCUSED), f"“{titles[number]}” has the focus",
+                  SECONDS, self.describe)
+        self.key(KEY_RETURN)
         until(lambda: self.value(control) == item, f"“{control[1]}” shows “{item}”", SECONDS, self.describe)
 
     def step_to(self, control, item):
@@ -295,10 +349,8 @@ class Window:
             Atspi.Action.do_action(found, NEXT_ENTRY if steps > 0 else PREVIOUS_ENTRY)
         until(lambda: self.value(control) == item, f"“{control[1]}” shows “{item}”", SECONDS, self.describe)
 
-    def _popped_up(self, control):
-        for child in _children(self.control(control)):
-            yield child
-            yield from _children(child)
+    def _entries(self, control):
+        return [row for child in _children(self.control(control)) for row in _children(child)]
 
     def key(self, symbol):
         """Presses and releases the key with this X key symbol, wherever the focus is."""

@@ -1,8 +1,8 @@
 """The window used through the accessibility interface alone, without a key and without the mouse:
 what it is told there, and what it can do from there.
 
-A screen reader reads out what comes to show with the role “notification”, wherever the focus is. One
-that lies in an alert is an error.
+A screen reader reads out an announcement, wherever the focus is. A toolkit before 6.8 has none: there it
+reads out what comes to show with the role “notification”. One that lies in an alert is an error.
 """
 import unittest
 
@@ -29,22 +29,30 @@ POLITE, ASSERTIVE = "polite", "assertive"
 class Listener:
     """Hears what the programs on the desktop say, in order."""
 
+    EVENTS = ("object:announcement", "object:state-changed:focused")
+
     def __init__(self):
         self.announced = []  # (urgency, text)
         self.focused = []  # (role, name)
         self._listener = Atspi.EventListener.new(self._hear)
-        for event in ("object:state-changed:showing", "object:state-changed:focused"):
+        for event in self.EVENTS:
             self._listener.register(event)
+        w.told.append(self._hear)
 
     def end(self):
-        for event in ("object:state-changed:showing", "object:state-changed:focused"):
+        for event in self.EVENTS:
             self._listener.deregister(event)
+        w.told.remove(self._hear)
 
     def _hear(self, event):
         try:
-            role = w.role_of(event.source)
+            if event.type.startswith("object:announcement"):
+                is_error = event.detail1 == int(Atspi.Live.ASSERTIVE)
+                self.announced.append((ASSERTIVE if is_error else POLITE, event.any_data))
+                return
             if not event.detail1:
                 return
+            role = w.role_of(event.source)
             if event.type.startswith("object:state-changed:focused"):
                 self.focused.append((role, event.source.get_name()))
             elif role == "notification":
@@ -53,15 +61,10 @@ class Listener:
         except GLib.Error:
             pass  # it has gone meanwhile
 
-    def hear(self):
-        """Takes what has been said up to now."""
-        while GLib.MainContext.default().iteration(False):
-            pass
-
     def waits_for(self, *said, seconds=w.SECONDS):
         """Waits until the last of this is announced, and returns all that was since the last time."""
         def all_said():
-            self.hear()
+            w.hear()
             return len(self.announced) >= len(said) and self.announced[-1] == said[-1]
         w.until(all_said, f"{said[-1]} is announced", seconds, lambda: "\n".join(map(str, self.announced)))
         heard, self.announced = self.announced, []

@@ -46,10 +46,15 @@ void printSaving(const std::string& code) {
 }
 
 void printSavingWithin(decltype(RLIMIT_FSIZE) resource, rlim_t limit, const std::string& code) {
-    const rlimit limits{limit, limit};
+    rlimit usual{};
+    if (getrlimit(resource, &usual) != 0)
+        std::cout << "no limit known\n";
+    const rlimit limits{limit, usual.rlim_max};
     if (setrlimit(resource, &limits) != 0)
         std::cout << "no limit set\n";
     printSaving(code);
+    // What looks for leaks when this ends needs files itself.
+    setrlimit(resource, &usual);
 }
 
 void printCatalog() {

@@ -17,6 +17,8 @@
 #include <QPainter>
 #include <QWheelEvent>
 
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -42,6 +44,16 @@ void expectFace(QWidget& control, const FaceRow& face, const char* state) {
     EXPECT_EQ(image.pixel(control.width() / 2, 0), face.top) << state;
     EXPECT_EQ(image.pixel(control.width() / 2, control.height() - 1), face.fill) << state;
     EXPECT_EQ(image.pixel(30, control.height() / 2), face.text) << state;
+}
+
+// The colour of a text of full blocks: most of nine pixels, for where one block meets the next,
+// some fonts leave a seam.
+QRgb colourOfBlocks(const QImage& image, int x, int y) {
+    std::array<QRgb, 9> row;
+    for (int i = 0; i < 9; ++i)
+        row[size_t(i)] = image.pixel(x + i, y);
+    std::sort(row.begin(), row.end());
+    return row[4];
 }
 
 TEST_F(ControlsTest, buttons_have_the_colours_of_their_states) {
@@ -272,7 +284,7 @@ TEST_F(ControlsTest, fields_have_the_colours_of_their_states) {
             const QImage image = picture(field);
             EXPECT_EQ(image.pixel(150, middle), fill);
             EXPECT_EQ(image.pixel(150, 0), line);
-            EXPECT_EQ(image.pixel(30, middle), text);
+            EXPECT_EQ(colourOfBlocks(image, 30, middle), text);
         };
         expect(well, border, labelOnWell);
         field.setReadOnly(true);
@@ -327,9 +339,9 @@ TEST_F(ControlsTest, placeholder_has_its_colours) {
     field->setPlaceholderText(u"████████"_s);
     field->resize(200, 34);
     show();
-    EXPECT_EQ(colourAt(*field, QPoint(40, 17)), look::colours::tertiaryOnWell);
+    EXPECT_EQ(colourOfBlocks(picture(*field), 40, 17), look::colours::tertiaryOnWell);
     field->setEnabled(false);
-    EXPECT_EQ(colourAt(*field, QPoint(40, 17)), look::colours::disabledText);
+    EXPECT_EQ(colourOfBlocks(picture(*field), 40, 17), look::colours::disabledText);
 }
 
 TEST_F(ControlsTest, check_box_has_the_colours_of_its_states) {
@@ -343,7 +355,7 @@ TEST_F(ControlsTest, check_box_has_the_colours_of_its_states) {
         const QImage image = picture(*box);
         EXPECT_EQ(image.pixel(7, 3), fill);
         EXPECT_EQ(image.pixel(7, 1), line);
-        EXPECT_EQ(image.pixel(30, 8), text);
+        EXPECT_EQ(colourOfBlocks(image, 30, 8), text);
     };
     expect(prominent, prominentTop, label);
     box->setEnabled(false);

@@ -150,6 +150,9 @@ class Misbehaviour(Served):
                 self.behaves({"cut_after": 100, "chunked": chunked})
                 status, output = self.curl(BERLIN)
                 self.assertEqual((status, len(output)), (18, 100))
+        self.behaves({})
+        self.assertEqual(self.answer()[0], 200)
+        self.assertEqual(self.records("abandoned"), [], "it was the server that ended")
 
     def test_one_that_never_answers_notices_who_has_gone(self):
         self.behaves({"hang": True}, "Berlin")
