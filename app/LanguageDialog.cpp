@@ -2,7 +2,6 @@
 
 #include "localization/Language.h"
 #include "localization/NXLocal.h"
-#include "look/controls/Button.h"
 #include "look/controls/PopUp.h"
 #include "look/text/Fonts.h"
 #include "look/text/Label.h"

@@ -29,8 +29,6 @@ NXImportApp::NXImportApp(Mode startMode)
                                      [this](const QString& failure) { searchEnded(failure); }),
       job_([this](auto kind, const auto& report) { jobEnded(kind, report); }) {}
 
-NXImportApp::~NXImportApp() = default;
-
 void NXImportApp::applicationDidFinishLaunching() {
     nxui::persistInitialLanguage(nxui::Product::ThreeD);
     makeWindow();

@@ -26,7 +26,6 @@ public:
     using Mode = app::Mode;
 
     explicit NXImportApp(Mode startMode);
-    ~NXImportApp() override;
 
     // Keeps the language, builds window and menus and shows them. Once, before the event loop.
     void applicationDidFinishLaunching();

@@ -11,7 +11,6 @@
 #include <utility>
 
 namespace look {
-
 namespace {
 
 // A label in all that the toolkit says of one; in addition whether it is busy, and the tooltip that
@@ -24,14 +23,9 @@ public:
         QString known = QAccessibleWidget::text(kind);
         if (!known.isEmpty())
             return known;
-        switch (kind) {
-        case QAccessible::Name:
+        if (kind == QAccessible::Name)
             return label()->text();
-        case QAccessible::Description:
-            return label()->elidedText();
-        default:
-            return {};
-        }
+        return kind == QAccessible::Description ? label()->elidedText() : QString();
     }
 
     QAccessible::State state() const override {
@@ -87,16 +81,12 @@ public:
     void doAction(const QString& action) override {
         if (!popUp()->isEnabled())
             return;
-        if (action == increaseAction()) {
+        if (action == increaseAction())
             step(1);
-        } else if (action == decreaseAction()) {
+        else if (action == decreaseAction())
             step(-1);
-        } else if (action == showMenuAction() || action == pressAction()) {
-            if (popUp()->view()->isVisible())
-                popUp()->hidePopup();
-            else
-                popUp()->showPopup();
-        }
+        else if (action == showMenuAction() || action == pressAction())
+            popUp()->view()->isVisible() ? popUp()->hidePopup() : popUp()->showPopup();
     }
 
 private:

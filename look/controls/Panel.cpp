@@ -12,7 +12,6 @@
 #include <QStackedWidget>
 
 namespace look {
-
 namespace {
 
 constexpr int innerWidth = 300;
@@ -33,15 +32,11 @@ public:
 
 protected:
     bool event(QEvent* event) override {
-        switch (event->type()) {
-        case QEvent::Resize:
-        case QEvent::WindowActivate:
-        case QEvent::WindowDeactivate:
+        const QEvent::Type type = event->type();
+        if (type == QEvent::Resize || type == QEvent::WindowActivate ||
+            type == QEvent::WindowDeactivate) {
             picture_ = {};
             update();
-            break;
-        default:
-            break;
         }
         return QWidget::event(event);
     }

@@ -13,7 +13,6 @@
 #include <QPushButton>
 
 namespace look {
-
 namespace {
 
 // What the ring goes around while this has the focus; null where there is none.
@@ -57,19 +56,11 @@ public:
 
 protected:
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        switch (event->type()) {
-        case QEvent::KeyPress:
-            isKeyLast_ = true;
-            break;
-        case QEvent::MouseButtonPress:
-            isKeyLast_ = false;
-            break;
-        case QEvent::FocusIn:
+        const QEvent::Type type = event->type();
+        if (type == QEvent::KeyPress || type == QEvent::MouseButtonPress)
+            isKeyLast_ = type == QEvent::KeyPress;
+        else if (type == QEvent::FocusIn)
             noteReason(static_cast<QFocusEvent*>(event)->reason());
-            break;
-        default:
-            break;
-        }
         return false;
     }
 
@@ -77,18 +68,11 @@ private:
     // A button that gets disabled under the mouse passes the focus on "by Tab": what counts is
     // whether the person used the keyboard.
     void noteReason(Qt::FocusReason reason) {
-        switch (reason) {
-        case Qt::TabFocusReason:
-        case Qt::BacktabFocusReason:
-        case Qt::ShortcutFocusReason:
+        if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+            reason == Qt::ShortcutFocusReason)
             isFromKeyboard_ = isKeyLast_;
-            break;
-        case Qt::MouseFocusReason:
+        else if (reason == Qt::MouseFocusReason)
             isFromKeyboard_ = false;
-            break;
-        default:
-            break;
-        }
     }
 
     QPointer<QFocusFrame> frame_; // a child of the window it lies in
@@ -96,25 +80,22 @@ private:
     bool isFromKeyboard_ = false;
 };
 
-QPointer<RingKeeper>& keeper() {
-    static QPointer<RingKeeper> kept;
-    return kept;
-}
+QPointer<RingKeeper> keeper;
 
 } // namespace
 
 void keepFocusRing(QApplication& application) {
-    if (!keeper())
-        keeper() = new RingKeeper(application);
+    if (!keeper)
+        keeper = new RingKeeper(application);
 }
 
 void refreshFocusRing() {
-    if (keeper())
-        keeper()->refresh();
+    if (keeper)
+        keeper->refresh();
 }
 
 QWidget* ringedControl() {
-    return keeper() ? keeper()->control() : nullptr;
+    return keeper ? keeper->control() : nullptr;
 }
 
 } // namespace look

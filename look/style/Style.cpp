@@ -3,7 +3,6 @@
 #include "look/accessibility/Accessibility.h"
 #include "look/controls/Field.h"
 #include "look/style/Colours.h"
-#include "look/style/DoubleClick.h"
 #include "look/style/FocusRing.h"
 #include "look/style/Shapes.h"
 #include "look/style/Sizes.h"
@@ -46,6 +45,27 @@ QRect scrollThumb(const QStyleOptionSlider& option) {
 bool isPopUpWindow(const QWidget* widget) {
     return widget && widget->inherits("QComboBoxPrivateContainer");
 }
+
+// Of a double click the second press does nothing where the first one fell on another widget: what
+// a press took away, a button or a dialog, leaves something else under the pointer that nobody
+// meant.
+class DoubleClicks : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        // A press that a widget leaves to its parent is spontaneous only the first time.
+        if (!watched->isWidgetType() || !event->spontaneous())
+            return false;
+        if (event->type() == QEvent::MouseButtonPress)
+            first_ = watched;
+        return event->type() == QEvent::MouseButtonDblClick && watched != first_;
+    }
+
+private:
+    QPointer<QObject> first_;
+};
 
 } // namespace
 
@@ -376,7 +396,7 @@ void applyLook(QApplication& application) {
     QApplication::setFont(font(13));
     keepToolTipsPlain(application);
     keepFocusRing(application);
-    keepDoubleClicksTogether(application);
+    application.installEventFilter(new DoubleClicks(&application));
     describeOurWidgets();
 }
 

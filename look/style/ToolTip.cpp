@@ -15,7 +15,6 @@
 #include <QWidget>
 
 namespace look {
-
 namespace {
 
 constexpr int textWidth = 360 - 2 * 8 - 2;
@@ -81,10 +80,7 @@ private:
     TextBlock block_;
 };
 
-QPointer<ToolTip>& current() {
-    static QPointer<ToolTip> shown;
-    return shown;
-}
+QPointer<ToolTip> current; // the one that is shown
 
 // The toolkit would look for markup in a widget's tooltip.
 class PlainToolTips : public QObject {
@@ -134,19 +130,19 @@ void showToolTip(const QPoint& position, const QString& text, QWidget* owner) {
     place.moveLeft(qBound(room.left(), place.left(), room.right() - place.width() + 1));
     place.moveTop(qMax(room.top(), place.top()));
     tip->move(place.topLeft());
-    current() = tip;
+    current = tip;
     tip->show();
 }
 
 void hideToolTip() {
-    if (ToolTip* tip = current()) {
-        current().clear();
+    if (ToolTip* tip = current) {
+        current.clear();
         tip->close();
     }
 }
 
 QWidget* shownToolTip() {
-    return current();
+    return current;
 }
 
 } // namespace look
