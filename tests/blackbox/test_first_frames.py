@@ -15,7 +15,7 @@ from harness import PROGRAM, READY, BlackBox, processes, w
 
 BEHIND = 0xFF00FF
 GREY = 0x28282B
-RING = 0x185BA0
+RING = 0x3E9BFF
 ROUTE_READY = ("Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. Mindestens zwei "
                "Stationen sind nötig.")
 
