@@ -153,8 +153,11 @@ class Sheets(BlackBox):
     def end_import(self):
         (self.folder / "gate").touch()
 
-    def assert_gone(self, how):
-        w.until(lambda: self.window.find(w.SEARCH), how, w.SECONDS, self.window.describe)
+    def close(self, key, control):
+        """Closes the sheet that the control lies in."""
+        with self.window.leaving(control):
+            x11.press(key)
+        w.until(lambda: self.window.find(w.SEARCH), f"{key} closes it", w.SECONDS, self.window.describe)
 
     def middle(self):
         x, y, width, _ = x11.place(self.program.pid)
@@ -190,8 +193,7 @@ class Sheets(BlackBox):
                 self.assertTrue(self.window.focused(self.LANGUAGES), "it still has the keyboard")
                 x11.press("Tab")
                 w.until(lambda: self.window.focused(self.APPLY), "Tab goes on in it")
-                x11.press("Escape")
-                self.assert_gone("Escape closes it")
+                self.close("Escape", self.APPLY)
 
     def test_nothing_behind_it_is_there_for_assistive_technology(self):
         self.start()
@@ -202,7 +204,8 @@ class Sheets(BlackBox):
             self.assertIsNone(self.window.find(control), control[1])
         self.assertEqual([w.role_of(each) for each in self.window.all() if each.get_name() == "Sprache wählen"],
                          ["dialog", "label"])
-        x11.press("Return")
+        with self.window.leaving(self.APPLY):
+            x11.press("Return")
         self.window.control(w.OK)
         self.assertIsNone(self.window.find(self.APPLY))
 
@@ -222,8 +225,7 @@ class Sheets(BlackBox):
             self.assertIn(window_top + box_top - frame_top + box_height // 2, range(top, top + height))
             x11.press("Escape")
             w.until(lambda: not x11.popped_up(self.program.pid), "the list has closed")
-            x11.press("Escape")
-            self.assert_gone("Escape closes it")
+            self.close("Escape", self.APPLY)
 
     def test_an_alert_of_a_minimised_window_is_there_when_it_comes_back(self):
         self.start_import()
@@ -233,8 +235,7 @@ class Sheets(BlackBox):
         self.window.control(w.OK)
         x11.activate(self.program.pid)
         w.until(lambda: x11.is_active(self.program.pid), "the window is active again")
-        x11.press("Return")
-        self.assert_gone("Return closes it")
+        self.close("Return", w.OK)
 
     def test_the_task_bar_shows_that_a_job_has_ended_in_a_window_that_is_not_active(self):
         attention = "_NET_WM_STATE_DEMANDS_ATTENTION"
