@@ -1,11 +1,11 @@
-"""The window as it opens: language, defaults, what assistive technology is told, the keyboard; and its sheets."""
+"""The window as it opens: language, defaults, what assistive technology is told; and its sheets."""
 import shutil
 import signal
 import subprocess
 import unittest
 
 import x11
-from harness import CHOOSE, CHOSEN, READY, BlackBox, mode, processes, w
+from harness import READY, BlackBox, mode, processes, w
 
 PREFERENCE = "Library/Application Support/Norvaxel/Preferences/3d-language.txt"
 ROUTE_READY = ("Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. Mindestens zwei "
@@ -35,69 +35,20 @@ class FirstStart(BlackBox):
         self.window.control(("text", "City, place or address worldwide"))
         self.assertEqual(file.read_text(), "en\n")
 
-    def test_a_linked_preference_is_neither_read_nor_replaced(self):
-        file = self.home / PREFERENCE
-        file.parent.mkdir(parents=True)
-        target = self.folder / "target"
-        target.write_text("en\n")
-        file.symlink_to(target)
-        self.start(LANGUAGE="de")
-        self.window.control(w.SEARCH)
-        self.assertEqual(target.read_text(), "en\n")
-        self.assertTrue(file.is_symlink())
-
     def test_without_home_it_starts_all_the_same(self):
         self.start(HOME=None)
         self.window.says(READY)
 
-    def test_place_mode_opens_with_its_defaults(self):
-        self.start()
-        self.window.says(READY)
-        self.window.says("Ortsdaten mit Gebäuden und Gelände für Norvaxel 3D")
-        self.assertTrue(self.window.checked(w.PLACE_MODE))
-        self.assertEqual(self.window.value(w.RADIUS), "800 m")
-        self.assertEqual(self.window.value(w.ENDPOINT), "OpenStreetMap direkt")
-        self.assertEqual(self.window.text(w.ENDPOINT_FIELD), "https://api.openstreetmap.org/api/0.6/map")
-        self.assertFalse(self.window.editable(w.ENDPOINT_FIELD))
-        self.assertFalse(self.window.enabled(w.DOWNLOAD))
-        for hidden in (w.CANCEL, w.FINDER, w.ADD_STATION, w.CALCULATE, w.ROUTING_FIELD):
-            self.assertIsNone(self.window.find(hidden), hidden[1])
-
-    def test_route_mode_opens_with_its_defaults(self):
-        self.start("--route")
-        self.window.says(ROUTE_READY)
-        self.window.says("Deine Stationen. Straßen, Gebäude und Gelände entlang der Strecke.")
-        self.window.says("Stationen · 0 / 32")
-        self.assertTrue(self.window.checked(w.ROUTE_MODE))
-        self.assertTrue(self.window.checked(("radio button", "Auto")))
-        package = ("check box", "3D-Paket: Gebäude, Straßen, Gelände")
-        self.assertTrue(self.window.checked(package))
-        self.assertFalse(self.window.enabled(package))
-        self.assertEqual(self.window.text(w.ROUTING_FIELD),
-                         "https://routing.openstreetmap.de/routed-car/route/v1/driving")
-        self.assertFalse(self.window.enabled(w.CALCULATE))
-        for hidden in (w.CANCEL, w.FINDER, w.RADIUS, w.ENDPOINT, w.ENDPOINT_FIELD, w.DOWNLOAD):
-            self.assertIsNone(self.window.find(hidden), hidden[1])
-
-    def test_changing_the_mode_changes_what_shows_and_says(self):
-        self.start()
-        self.window.press(w.ROUTE_MODE)
-        self.window.says(ROUTE_READY)
-        self.window.control(w.ADD_STATION)
-        self.assertIsNone(self.window.find(w.RADIUS))
-        self.window.press(w.PLACE_MODE)
-        self.window.says(READY)
-        self.window.control(w.RADIUS)
-
-
-class Keyboard(BlackBox):
-    def test_return_searches_and_down_enters_the_results(self):
-        self.start()
-        self.window.type(w.QUERY, "Neustadt")
-        self.window.key(w.KEY_RETURN)
-        self.window.says(CHOOSE)
-        self.window.key(w.KEY_DOWN)
-        self.window.says(CHOSEN)
+    def test_it_opens_in_the_mode_that_its_argument_says(self):
+        for arguments, ready, chosen, hidden in (((), READY, w.PLACE_MODE, w.ROUTING_FIELD),
+                                                 (("--route",), ROUTE_READY, w.ROUTE_MODE, w.RADIUS)):
+            with self.subTest(arguments):
+                self.start(*arguments)
+                self.window.says(ready)
+                self.assertTrue(self.window.checked(chosen))
+                self.assertIsNone(self.window.find(hidden))
+                self.program.terminate()
+                self.program.wait(w.SECONDS)
 
     def test_every_control_that_can_be_used_has_a_spoken_name(self):
         for arguments in ((), ("--route",)):
