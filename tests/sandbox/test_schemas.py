@@ -12,7 +12,6 @@ import jsonschema
 import schemas
 import test_importer
 
-HANDED_OVER = ("photon-selected", "photon-search", "stations")
 REQUIRED = {"Ortsdaten": {"origin.nxd", "norvaxel3d.json"},
             "Routen": {"route.nxd", "stations.nxd", "basemap/origin.nxd", "basemap/norvaxel3d.json"}}
 POINT = ("features/0", "features/0/geometry", "features/0/geometry/type", "features/0/geometry/coordinates",
@@ -161,72 +160,45 @@ class Schemas(unittest.TestCase):
         self.assertEqual(schemas.problems("photon-search", {**answer, "type": 1, "more": 2}), [])
 
 
-class StandIn(test_importer.Importing):
+class StandInForPlaces(test_importer.Importing):
     """The stand-in keeps to the same papers as the importer itself has to."""
 
-    def place_route(self):
-        self.log_name = "route.log"
-        self.place_job(f"Norvaxel-Route-{test_importer.UUID}")
-        (self.folder / "Routen").mkdir()
-        self.output = self.folder / "Routen" / "berlin-munchen-20260102-030405-0A1B2C3D"
-
-    def route_words(self):
-        return ["--route", "--stations", str(self.job / "stations.json"), "--output", str(self.output),
-                "--endpoint", "https://example.org/route/v1/driving", "--3d"]
+    parent, handed_over = "Ortsdaten", ("photon-selected", "photon-search")
 
     def place_examples(self):
-        for name in HANDED_OVER:
+        """And what a case left that was wrongly accepted does not stand in the next one's way."""
+        shutil.rmtree(self.output, ignore_errors=True)
+        for name in self.handed_over:
             (self.job / f"{name}.json").write_bytes(schemas.example_bytes(name))
 
-    def clear_away(self):
-        """What a case left that was wrongly accepted shall not stand in the next one's way."""
-        shutil.rmtree(self.output, ignore_errors=True)
-
-    def test_the_examples_become_packages_with_every_required_file(self):
+    def test_the_examples_become_a_package_with_every_required_file(self):
         self.place_examples()
         self.assertEqual(self.finish()[0], 0, self.log())
-        self.assert_has_required("Ortsdaten")
-        self.place_route()
-        self.place_examples()
-        self.assertEqual(self.finish(words=self.route_words())[0], 0, self.log())
-        self.assert_has_required("Routen")
-
-    def assert_has_required(self, kind):
-        files = {str(file.relative_to(self.output)) for file in self.output.rglob("*") if file.is_file()}
-        self.assertLessEqual(REQUIRED[kind], files)
+        self.assertLessEqual(REQUIRED[self.parent], self.files())
         contract = (schemas.FOLDER.parent / "importer.md").read_text(encoding="utf-8")
-        for name in REQUIRED[kind]:
+        for name in REQUIRED[self.parent]:
             self.assertIn(f"`{name}`", contract)
 
-    def test_a_broken_chosen_place_is_refused(self):
-        for what, document in broken("photon-selected"):
-            with self.subTest(what):
-                self.clear_away()
+    def test_a_broken_example_is_refused(self):
+        for name, what, document in ((name, *each) for name in self.handed_over for each in broken(name)):
+            with self.subTest(name, wrong=what):
                 self.place_examples()
-                self.write("photon-selected.json", document, separators=(",", ":"))
-                # The answer holds what was chosen, so that nothing but the fault itself is in the way.
-                features = document.get("features") if isinstance(document, dict) else None
-                answer = schemas.example("photon-search")["features"] + (features if type(features) is list else [])
-                self.write("photon-search.json", {"features": answer})
+                if name == "stations":
+                    self.write_stations(document)
+                else:
+                    self.write(f"{name}.json", document, separators=(",", ":"))
+                if name == "photon-selected":
+                    # The answer holds what was chosen, so that nothing but the fault itself is in the way.
+                    chosen = document.get("features") if isinstance(document, dict) else None
+                    answer = schemas.example("photon-search")["features"] + (chosen if type(chosen) is list else [])
+                    self.write("photon-search.json", {"features": answer})
                 self.assert_refused("")
-                self.assertNotIn("steht nicht in der Antwort", self.log())
+                if name != "photon-search":
+                    self.assertNotRegex(self.log(), "nicht eingerückt|nicht in der Antwort")
 
-    def test_a_broken_answer_is_refused(self):
-        for what, document in broken("photon-search"):
-            with self.subTest(what):
-                self.clear_away()
-                self.place_examples()
-                self.write("photon-search.json", document)
-                self.assert_refused("")
 
-    def test_broken_stations_are_refused(self):
-        self.place_route()
-        for what, document in broken("stations"):
-            with self.subTest(what):
-                self.clear_away()
-                self.write("stations.json", document, indent=4)
-                self.assert_refused("", words=self.route_words())
-                self.assertNotIn("nicht eingerückt", self.log())
+class StandInForRoutes(test_importer.RouteImporting, StandInForPlaces):
+    parent, handed_over = "Routen", ("stations",)
 
 
 class CommandLines(unittest.TestCase):
