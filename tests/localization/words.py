@@ -55,10 +55,8 @@ NAMES = [
     "ODbL", "Open Database License", "HTTPS", "GPU", "CPU", "RGB", "RGBA", "PNG", "GeoJSON", "sRGB",
     "ACEScg", "origin.nxd", "route.nxd", "norvaxel3d.json", "OK", "3D", "JPEG", "Rec. 709", "8K",
 ]
-NAME = re.compile(
-    r"(?<![A-Za-z])(?:" + "|".join(map(re.escape, sorted(NAMES, key=len, reverse=True)))
-    + r")(?![A-Za-z])"
-)
+ANY_NAME = "|".join(map(re.escape, sorted(NAMES, key=len, reverse=True)))
+NAME = re.compile(rf"(?<![A-Za-z])(?:{ANY_NAME})(?![A-Za-z])")
 # Ordinary words or abbreviations that a language may have its own for.
 TRANSLATABLE = {"OK", "Open Database License", "3D", "CPU", "RGB", "GPU"}
 
@@ -122,30 +120,22 @@ class Words:
             self.faults.append(f"{language}: {german!r} is {text!r}: {what}")
 
     def stale_exceptions(self, check):
-        found = [
-            f"exceptions.tsv: {check}, {language}: {german!r} needs no exception"
-            for (kind, language, german), needed in self.exceptions.items()
-            if kind == check and not needed
-        ]
+        found = [f"exceptions.tsv: {check}, {language}: {german!r} needs no exception"
+                 for (kind, language, german), needed in self.exceptions.items() if kind == check and not needed]
         if check == "oversight":
-            found += [
-                f"international.tsv: no row needs {word!r} for {language}"
-                for (language, word), needed in self.international.items()
-                if not needed
-            ]
+            found += [f"international.tsv: no row needs {word!r} for {language}"
+                      for (language, word), needed in self.international.items() if not needed]
         return found
 
     def without_international(self, language, text):
         """A text that is the same in another language, without the words that may be."""
 
-        def kept(match):
-            key = language, match[0].lower()
-            if key in lowered:
-                self.international[lowered[key]] = True
-                return ""
-            return match[0]
+        lowered = {word.lower(): (code, word) for code, word in self.international if code == language}
 
-        lowered = {(code, word.lower()): (code, word) for code, word in self.international}
+        def kept(match):
+            if key := lowered.get(match[0].lower()):
+                self.international[key] = True
+            return "" if key else match[0]
         return re.sub(r"[^\W\d_]+", kept, text)
 
 
@@ -305,12 +295,5 @@ def faults(check, folder):
     return words.faults + words.stale_exceptions(check) + unknown
 
 
-def main():
-    found = faults(sys.argv[1], pathlib.Path(sys.argv[2]))
-    if found:
-        print(*found, sep="\n")
-    return 1 if found else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit("\n".join(faults(sys.argv[1], pathlib.Path(sys.argv[2]))) or 0)
