@@ -150,12 +150,10 @@ class Painter(RuleTest):
 
 
 class Faults(RuleTest):
-    def test_a_fault_that_no_longer_fits_is_named(self):
-        self.assert_faults(rules.faults({}, "2 faults, 0 STALE\n"))
-        self.assert_faults(rules.faults({}, "STALE     app/a   app/A.cpp\n2 faults, 1 STALE\n"), "app/a")
-
-    def test_silence_is_wrong(self):
-        self.assert_faults(rules.faults({}, ""), "says nothing")
+    def test_a_fault_that_no_longer_fits_is_named_and_silence_is_wrong(self):
+        for report, *wrong in (("2 faults, 0 STALE\n",), ("", "says nothing"),
+                               ("STALE     app/a   app/A.cpp\n2 faults, 1 STALE\n", "app/a")):
+            self.assert_faults(rules.faults({}, report), *wrong)
 
 
 class Words(RuleTest):

@@ -60,12 +60,10 @@ class Answers(Served):
         code, body = self.answer()
         self.assertEqual(code, 200)
         found = json.loads(body)
-        self.assertEqual(found["type"], "FeatureCollection")
-        self.assertEqual(len(found["features"]), 8)
+        self.assertEqual((found["type"], len(found["features"])), ("FeatureCollection", 8))
         first = found["features"][0]
         self.assertEqual(first["geometry"], {"type": "Point", "coordinates": [13.3951, 52.5174]})
-        self.assertEqual(first["properties"]["name"], "Berlin")
-        self.assertEqual(first["properties"]["country"], "Deutschland")
+        self.assertLessEqual({"name": "Berlin", "country": "Deutschland"}.items(), first["properties"].items())
 
     def test_what_photon_would_not_accept_is_refused(self):
         for query, code in (("q=Berlin&lang=xx", 400), ("limit=8", 400), ("q=%20", 400),
@@ -75,8 +73,8 @@ class Answers(Served):
         self.assertEqual(self.answer("https://photon.komoot.io/other")[0], 404)
 
     def test_a_plus_is_a_space_and_percent_is_decoded(self):
-        features = json.loads(self.answer("https://photon.komoot.io/api/?q=M%C3%BCnchen+Hbf")[1])["features"]
-        self.assertEqual([each["properties"]["name"] for each in features], ["München Hauptbahnhof"])
+        found = json.loads(self.answer("https://photon.komoot.io/api/?q=M%C3%BCnchen+Hbf")[1])["features"]
+        self.assertEqual([each["properties"]["name"] for each in found], ["München Hauptbahnhof"])
 
     def test_every_request_is_recorded_as_it_came(self):
         self.curl("--header", "Accept: application/json", "https://photon.komoot.io/api/?q=C%2B%2B&limit=8")
