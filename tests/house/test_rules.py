@@ -19,24 +19,17 @@ class RuleTest(unittest.TestCase):
 
 
 class Commits(RuleTest):
-    def of(self, subject):
-        return rules.commits({}, f"0a1b2c3 {subject}\n")
-
-    def test_an_area_and_what_to_do_are_right(self):
-        for subject in ("Look: Draw a ring", "Black box: Say how", "House: Pass it on", "Window: Focus the field"):
-            self.assert_faults(self.of(subject))
-
-    def test_another_form_is_wrong(self):
-        for subject in ("Draw a ring", "Look: draw a ring", "look: Draw a ring", "Look: Draw a ring.", "Look:Draw it"):
-            self.assert_faults(self.of(subject), "0a1b2c3: not `Area:")
-
-    def test_what_is_no_imperative_is_wrong(self):
-        for word in ("Added", "Adds", "Adding", "Stations,"):
-            self.assert_faults(self.of(f"Look: {word} a ring"), "is no imperative")
-
-    def test_72_columns_are_right_and_73_wrong(self):
-        self.assert_faults(self.of("Look: Draw " + 61 * "x"))
-        self.assert_faults(self.of("Look: Draw " + 62 * "x"), "73 columns")
+    def test_subjects_are_right_or_wrong(self):
+        for what, *subjects in (
+                (None, "Look: Draw a ring", "Black box: Say how", "House: Pass it on", "Window: Focus the field",
+                 "Look: Draw " + 61 * "x"),
+                ("0a1b2c3: not `Area:", "Draw a ring", "Look: draw a ring", "look: Draw a ring", "Look: Draw a ring.",
+                 "Look:Draw it"),
+                ("is no imperative", *(f"Look: {word} a ring" for word in ("Added", "Adds", "Adding", "Stations,"))),
+                ("73 columns", "Look: Draw " + 62 * "x")):
+            for subject in subjects:
+                with self.subTest(subject):
+                    self.assert_faults(rules.commits({}, f"0a1b2c3 {subject}\n"), *([what] if what else []))
 
     def test_every_commit_is_read(self):
         self.assert_faults(rules.commits({}, "1 Bad\n2 Look: Draw a ring\n3 Bad\n"), "1: not", "3: not")
@@ -53,28 +46,18 @@ class Tests(RuleTest):
     FILES = {"jobs/Log.cpp": "", "look/style/Ring.cpp": "", "tests/jobs/LogTest.cpp": "", "tests/look/AllTest.cpp": "",
              rules.UNTESTED: "look/style/Ring.cpp\tseen in tests/look/AllTest.cpp\n"}
 
-    def of(self, **changes):
-        files = self.FILES | {changes.get("add", "jobs/Log.cpp"): "", rules.UNTESTED: changes.get("table", self.FILES[rules.UNTESTED])}
-        files.pop(changes.get("remove"), None)
-        return rules.tests(files)
-
-    def test_a_test_or_a_reason_is_right(self):
-        self.assert_faults(self.of())
-        self.assert_faults(self.of(add="bench/start.cpp"))
-
-    def test_neither_test_nor_reason_is_wrong(self):
-        self.assert_faults(self.of(remove="tests/jobs/LogTest.cpp"), "jobs/Log.cpp: no tests/jobs/LogTest.cpp")
-        self.assert_faults(self.of(add="app/Menu.cpp"), "app/Menu.cpp: no tests/app/MenuTest.cpp")
-
-    def test_a_test_and_a_reason_are_wrong(self):
-        self.assert_faults(self.of(add="tests/look/RingTest.cpp"), "untested.tsv:1: look/style/Ring.cpp has a test")
-
-    def test_a_reason_for_nothing_is_wrong(self):
-        self.assert_faults(self.of(remove="look/style/Ring.cpp"), "untested.tsv:1: look/style/Ring.cpp is not there")
-
-    def test_a_reason_must_be_said_and_its_test_be_there(self):
-        self.assert_faults(self.of(table="look/style/Ring.cpp\t \n"), "without a reason")
-        self.assert_faults(self.of(remove="tests/look/AllTest.cpp"), "untested.tsv:1: tests/look/AllTest.cpp is not there")
+    def test_each_source_has_a_test_or_a_reason_and_not_both(self):
+        for change, *wrong in (
+                ({},), ({"bench/start.cpp": ""},),
+                ({"tests/jobs/LogTest.cpp": None}, "jobs/Log.cpp: no tests/jobs/LogTest.cpp"),
+                ({"app/Menu.cpp": ""}, "app/Menu.cpp: no tests/app/MenuTest.cpp"),
+                ({"tests/look/RingTest.cpp": ""}, "untested.tsv:1: look/style/Ring.cpp has a test"),
+                ({"look/style/Ring.cpp": None}, "untested.tsv:1: look/style/Ring.cpp is not there"),
+                ({rules.UNTESTED: "look/style/Ring.cpp\t \n"}, "without a reason"),
+                ({"tests/look/AllTest.cpp": None}, "untested.tsv:1: tests/look/AllTest.cpp is not there")):
+            with self.subTest(change):
+                files = {name: text for name, text in (self.FILES | change).items() if text is not None}
+                self.assert_faults(rules.tests(files), *wrong)
 
 
 class Includes(RuleTest):
@@ -92,45 +75,37 @@ class Includes(RuleTest):
     }
     FILES["jobs/Log.cpp"] = '#include "jobs/Log.h"\n' + FILES["jobs/Log.cpp"]
 
-    def of(self, name="", more="", instead=None):
-        changed = {name: more + self.FILES.get(name, "") if instead is None else instead} if name else {}
-        return rules.includes(self.FILES | changed, MODULES)
-
-    def test_a_house_in_order_is_right(self):
-        self.assert_faults(self.of())
-
-    def test_an_include_of_what_is_not_linked_is_wrong(self):
-        self.assert_faults(self.of("platform/Fd.h", '\n#include "jobs/Log.h"\n'), "platform/Fd.h:2: platform does not link jobs")
-        self.assert_faults(self.of("localization/Text.h", '#include "platform/Fd.h"\n'), "localization does not link platform")
-        self.assert_faults(self.of("jobs/Log.h", '#include "localization/Words.h"\n'), "jobs does not link nxui")
-        self.assert_faults(self.of("look/style/Ring.h", '#include "localization/Text.h"\n'),
-                           "Ring.cpp:1: does not include its own", "Ring.h:1: look does not link localization")
-
-    def test_a_link_of_what_is_not_included_is_wrong(self):
-        self.assert_faults(self.of("jobs/Log.cpp", instead='#include "jobs/Log.h"\n#include "platform/Fd.h"\n'),
-                           "jobs/CMakeLists.txt:1: jobs links localization and includes nothing")
-        self.assert_faults(self.of("platform/Queue.cpp", instead="#include <QString>\n"), "platform links Threads::Threads and")
-        self.assert_faults(self.of("look/style/Ring.cpp", instead="#include <QPainter>\n"), "look links Qt6::Widgets and")
+    def test_what_is_included_is_linked_and_what_is_linked_included(self):
+        self.assert_faults(rules.includes(self.FILES, MODULES))
+        for name, added, *wrong in (
+                ("platform/Fd.h", '\n#include "jobs/Log.h"', "platform/Fd.h:2: platform does not link jobs"),
+                ("localization/Text.h", '#include "platform/Fd.h"', "localization does not link platform"),
+                ("jobs/Log.h", '#include "localization/Words.h"', "jobs does not link nxui"),
+                ("look/style/Ring.h", '#include "localization/Text.h"',
+                 "Ring.cpp:1: does not include its own", "Ring.h:1: look does not link localization"),
+                ("jobs/Log.h", "#include <QPainter>", "jobs/Log.h:1: jobs does not link Qt6::Gui"),
+                ("jobs/Log.h", "#include <QSqlQuery>", "jobs/Log.h:1: jobs does not link what it"),
+                # nxui stands on the standard library and POSIX alone.
+                ("localization/Words.h", "#include <QString>", "nxui does not link Qt6::Core"),
+                ("localization/Words.h", "#include <boost/any.hpp>", "standard library and POSIX alone: boost"),
+                ("localization/Words.h", '#include "localization/Text.h"', "nxui does not link localization"),
+                ("jobs/Log.cpp", "#include <QString>", "jobs/Log.cpp:1: does not include its own header"),
+                ("platform/Queue.cpp", '#include "Fd.h"', "platform/Queue.cpp:1: no header of a floor: Fd.h")):
+            with self.subTest(name, added=added):
+                files = self.FILES | {name: f"{added}\n{self.FILES.get(name, '')}"}
+                self.assert_faults(rules.includes(files, MODULES), *wrong)
+        for name, gone, wrong in (
+                ("jobs/Log.cpp", '"localization/Text.h"', "jobs/CMakeLists.txt:1: jobs links localization and"),
+                ("platform/Queue.cpp", "<thread>", "platform links Threads::Threads and"),
+                ("look/style/Ring.cpp", "<QWidget>", "look links Qt6::Widgets and")):
+            with self.subTest(name, gone=gone):
+                files = self.FILES | {name: self.FILES[name].replace(f"#include {gone}\n", "")}
+                self.assert_faults(rules.includes(files, MODULES), wrong)
 
     def test_a_link_upwards_or_sideways_is_wrong_though_it_is_used(self):
         link = "norvaxel_floor(look SOURCES style/Ring.cpp LINKS Qt6::Widgets platform)\n"
         files = self.FILES | {"look/CMakeLists.txt": link, "look/style/Wait.h": '#include "platform/Fd.h"\n'}
         self.assert_faults(rules.includes(files, MODULES), "look/CMakeLists.txt:1: look may not stand on platform")
-
-    def test_a_module_of_qt_that_is_not_linked_is_wrong(self):
-        self.assert_faults(self.of("jobs/Log.h", "#include <QPainter>\n"), "jobs/Log.h:1: jobs does not link Qt6::Gui")
-        self.assert_faults(self.of("jobs/Log.h", "#include <QSqlQuery>\n"), "jobs/Log.h:1: jobs does not link what it")
-
-    def test_nxui_stands_on_the_standard_library_and_posix_alone(self):
-        self.assert_faults(self.of("localization/Words.h", "#include <QString>\n"), "nxui does not link Qt6::Core")
-        self.assert_faults(self.of("localization/Words.h", "#include <boost/any.hpp>\n"), "standard library and POSIX alone: boost")
-        self.assert_faults(self.of("localization/Words.h", '#include "localization/Text.h"\n'), "nxui does not link localization")
-
-    def test_the_own_header_comes_first(self):
-        self.assert_faults(self.of("jobs/Log.cpp", "#include <QString>\n"), "jobs/Log.cpp:1: does not include its own header")
-
-    def test_an_include_names_its_floor(self):
-        self.assert_faults(self.of("platform/Queue.cpp", '#include "Fd.h"\n'), "platform/Queue.cpp:1: no header of a floor: Fd.h")
 
     def test_the_modules_of_this_machine_are_found(self):
         self.assertEqual([rules.qt_modules().get(each) for each in MODULES], list(MODULES.values()))
@@ -150,25 +125,20 @@ class Links(RuleTest):
 
 
 class Style(RuleTest):
-    def of(self, line, name="tests/a.cpp"):
-        return rules.style({name: f"\n{line}\n"})
-
-    def test_what_the_house_writes_is_right(self):
-        for line in ("int(x)", "static_cast<Kind>(x)", "static_cast<unsigned long long>(x)", "QStringLiteral(FOLDER)",
-                     'u"a"_s', '"a"_L1', "QLatin1StringView(name)"):
-            self.assert_faults(self.of(line))
-
-    def test_what_it_does_not_write_is_wrong(self):
-        for kind in ("int", "qsizetype", "std::size_t", "qint64", "std::uint8_t", "char", "double", "quint32"):
-            self.assert_faults(self.of(f"static_cast<{kind}>(x)"), "tests/a.cpp:2: a number becomes")
-        self.assert_faults(self.of('QStringLiteral("a")'), "a text literal")
-        self.assert_faults(self.of('QLatin1String("a")'), "a literal of ASCII")
-        self.assert_faults(self.of('QLatin1StringView("a")'), "a literal of ASCII")
-
-    def test_a_header_stands_in_the_namespace_of_its_floor(self):
-        self.assert_faults(self.of("namespace jobs {", "jobs/Log.h"))
-        self.assert_faults(self.of("namespace nx {", "jobs/Log.h"))
-        self.assert_faults(self.of("namespace look {", "jobs/Log.h"), "jobs/Log.h:1: not in the namespace")
+    def test_lines_are_right_or_wrong(self):
+        number = "tests/a.cpp:2: a number becomes"
+        kinds = ("int", "qsizetype", "std::size_t", "qint64", "std::uint8_t", "char", "double", "quint32")
+        for name, what, *lines in (
+                ("tests/a.cpp", None, "int(x)", "static_cast<Kind>(x)", "static_cast<unsigned long long>(x)",
+                 "QStringLiteral(FOLDER)", 'u"a"_s', '"a"_L1', "QLatin1StringView(name)"),
+                ("tests/a.cpp", number, *(f"static_cast<{kind}>(x)" for kind in kinds)),
+                ("tests/a.cpp", "a text literal", 'QStringLiteral("a")'),
+                ("tests/a.cpp", "a literal of ASCII", 'QLatin1String("a")', 'QLatin1StringView("a")'),
+                ("jobs/Log.h", None, "namespace jobs {", "namespace nx {"),
+                ("jobs/Log.h", "jobs/Log.h:1: not in the namespace", "namespace look {")):
+            for line in lines:
+                with self.subTest(line):
+                    self.assert_faults(rules.style({name: f"\n{line}\n"}), *([what] if what else []))
 
 
 class Painter(RuleTest):
@@ -180,12 +150,10 @@ class Painter(RuleTest):
 
 
 class Faults(RuleTest):
-    def test_a_fault_that_no_longer_fits_is_named(self):
-        self.assert_faults(rules.faults({}, "2 faults, 0 STALE\n"))
-        self.assert_faults(rules.faults({}, "STALE     app/a   app/A.cpp\n2 faults, 1 STALE\n"), "app/a")
-
-    def test_silence_is_wrong(self):
-        self.assert_faults(rules.faults({}, ""), "says nothing")
+    def test_a_fault_that_no_longer_fits_is_named_and_silence_is_wrong(self):
+        for report, *wrong in (("2 faults, 0 STALE\n",), ("", "says nothing"),
+                               ("STALE     app/a   app/A.cpp\n2 faults, 1 STALE\n", "app/a")):
+            self.assert_faults(rules.faults({}, report), *wrong)
 
 
 class Words(RuleTest):

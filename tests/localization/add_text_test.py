@@ -1,6 +1,7 @@
 """add_text_test.py LOCALIZATION_FOLDER: tests the tool that gives a new text its rows."""
 
 import pathlib
+import shutil
 import sys
 import tempfile
 import unittest
@@ -16,14 +17,8 @@ import make_catalog  # noqa: E402
 
 class AddText(unittest.TestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-        for kind in ["program", "plugin"]:
-            (self.folder / kind).mkdir()
-            for language in make_catalog.LANGUAGES:
-                content = (FOLDER / "po" / kind / f"{language}.po").read_text(encoding="utf-8")
-                (self.folder / kind / f"{language}.po").write_text(content, encoding="utf-8")
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        shutil.copytree(FOLDER / "po", self.folder, dirs_exist_ok=True)
 
     def contents(self):
         return {path: path.read_text(encoding="utf-8") for path in self.folder.glob("*/*.po")}

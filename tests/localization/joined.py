@@ -148,10 +148,7 @@ def main():
     languages = sys.argv[2:] or known
     if unknown := set(languages) - set(known):
         sys.exit(f"{', '.join(unknown)}: the languages are {', '.join(known)}")
-    found = read(pathlib.Path(sys.argv[1]), languages)
-    if found:
-        print("", *found, sep="\n")
-    return 1 if found else 0
+    return "\n".join(read(pathlib.Path(sys.argv[1]), languages)) or 0
 
 
 if __name__ == "__main__":

@@ -10,9 +10,7 @@ import words
 
 class Joined(unittest.TestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         (self.folder / "plugin").mkdir()
         self.shown = []
 
@@ -44,17 +42,14 @@ class Joined(unittest.TestCase):
         self.assertEqual(self.faults(rows), [])
         self.assertIn("  pl      Mgła\n          Klatka 12 z 80: 1.5000", self.shown)
 
-    def test_fragment_without_an_example(self):
-        self.assertIn("no example", self.faults(self.sight("for sight"))[0])
-        rows = [("window", " · offline", " · offline")]
-        self.assertIn("no example", self.faults(rows)[0])
-        rows = [("window", "offline", "offline")]
-        self.assertIn("holds no fragments", self.faults(rows)[0])
-
-    def test_example_that_the_rows_do_not_make(self):
-        self.assertIn("no row reads like 'Regen'",
-                      self.faults(self.sight('Joined: "Regen" + " bei 8 Meilen"'))[0])
-        self.assertIn("made of other rows", self.faults(self.sight('Joined: "Nebel" + Halle'))[0])
+    def test_fragment_without_an_example_or_with_one_that_the_rows_do_not_make(self):
+        for rows, what in [(self.sight("for sight"), "no example"),
+                           ([("window", " · offline", " · offline")], "no example"),
+                           ([("window", "offline", "offline")], "holds no fragments"),
+                           (self.sight('Joined: "Regen" + " bei 8 Meilen"'), "no row reads like 'Regen'"),
+                           (self.sight('Joined: "Nebel" + Halle'), "made of other rows")]:
+            with self.subTest(rows[0]):
+                self.assertIn(what, self.faults(rows)[0])
 
     def test_what_makes_no_sentence(self):
         example = 'Joined: "Nebel" + " bei 8 Meilen"'
@@ -69,15 +64,14 @@ class Joined(unittest.TestCase):
                 self.assertIn(what, found[0])
 
     def test_scripts_that_write_no_spaces_or_join_the_word_for_and(self):
-        rows = self.sight('Joined: "Nebel" + " bei 8 Meilen"', "在%@")
-        self.assertEqual(self.faults(rows, "ja"), [])
-        self.assertEqual(len(self.faults(rows, "ko")), 1)
-        rows = [('fragment|Joined: Halle + " und " + Jena', " und ", " و")]
-        self.assertEqual(self.faults(rows, "ar"), [])
-        self.assertEqual(len(self.faults([(*rows[0][:2], " إ")], "ar")), 1)
+        without_spaces = self.sight('Joined: "Nebel" + " bei 8 Meilen"', "在%@")
+        halle_and = 'fragment|Joined: Halle + " und " + Jena', " und "
         # A vowel sign is a part of the word as well.
-        rows = self.sight('Joined: Halle + " bei " + "Nebel"', " में", " bei ")
-        self.assertEqual(len(self.faults(rows, "hi")), 1)
+        vowel_sign = self.sight('Joined: Halle + " bei " + "Nebel"', " में", " bei ")
+        for language, rows, count in [("ja", without_spaces, 0), ("ko", without_spaces, 1), ("hi", vowel_sign, 1),
+                                      ("ar", [(*halle_and, " و")], 0), ("ar", [(*halle_and, " إ")], 1)]:
+            with self.subTest(language, rows=rows):
+                self.assertEqual(len(self.faults(rows, language)), count)
 
 
 if __name__ == "__main__":

@@ -42,10 +42,7 @@ def without_comments(code):
 def lookups(code):
     """The texts looked up in this code, each with its line."""
     code = without_comments(code)
-    return [
-        (value(match["text"]), code.count("\n", 0, match.start()) + 1)
-        for match in LOOKUP.finditer(code)
-    ]
+    return [(value(match["text"]), code.count("\n", 0, match.start()) + 1) for match in LOOKUP.finditer(code)]
 
 
 def texts(code):
@@ -76,8 +73,7 @@ def main(check, project):
         problems = [f"{po.fpath}: no text in the code is {row!r}" for row in sorted(rows - found)]
     else:
         sys.exit(f"unknown check {check}")
-    print(*problems, sep="\n")
-    return 1 if problems else 0
+    return "\n".join(problems) or 0
 
 
 if __name__ == "__main__":

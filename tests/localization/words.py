@@ -55,10 +55,8 @@ NAMES = [
     "ODbL", "Open Database License", "HTTPS", "GPU", "CPU", "RGB", "RGBA", "PNG", "GeoJSON", "sRGB",
     "ACEScg", "origin.nxd", "route.nxd", "norvaxel3d.json", "OK", "3D", "JPEG", "Rec. 709", "8K",
 ]
-NAME = re.compile(
-    r"(?<![A-Za-z])(?:" + "|".join(map(re.escape, sorted(NAMES, key=len, reverse=True)))
-    + r")(?![A-Za-z])"
-)
+ANY_NAME = "|".join(map(re.escape, sorted(NAMES, key=len, reverse=True)))
+NAME = re.compile(rf"(?<![A-Za-z])(?:{ANY_NAME})(?![A-Za-z])")
 # Ordinary words or abbreviations that a language may have its own for.
 TRANSLATABLE = {"OK", "Open Database License", "3D", "CPU", "RGB", "GPU"}
 
@@ -122,30 +120,22 @@ class Words:
             self.faults.append(f"{language}: {german!r} is {text!r}: {what}")
 
     def stale_exceptions(self, check):
-        found = [
-            f"exceptions.tsv: {check}, {language}: {german!r} needs no exception"
-            for (kind, language, german), needed in self.exceptions.items()
-            if kind == check and not needed
-        ]
+        found = [f"exceptions.tsv: {check}, {language}: {german!r} needs no exception"
+                 for (kind, language, german), needed in self.exceptions.items() if kind == check and not needed]
         if check == "oversight":
-            found += [
-                f"international.tsv: no row needs {word!r} for {language}"
-                for (language, word), needed in self.international.items()
-                if not needed
-            ]
+            found += [f"international.tsv: no row needs {word!r} for {language}"
+                      for (language, word), needed in self.international.items() if not needed]
         return found
 
     def without_international(self, language, text):
         """A text that is the same in another language, without the words that may be."""
 
-        def kept(match):
-            key = language, match[0].lower()
-            if key in lowered:
-                self.international[lowered[key]] = True
-                return ""
-            return match[0]
+        lowered = {word.lower(): (code, word) for code, word in self.international if code == language}
 
-        lowered = {(code, word.lower()): (code, word) for code, word in self.international}
+        def kept(match):
+            if key := lowered.get(match[0].lower()):
+                self.international[key] = True
+            return "" if key else match[0]
         return re.sub(r"[^\W\d_]+", kept, text)
 
 
@@ -160,30 +150,20 @@ def is_of(language, letter):
     return letter.lower() in "abcdefghijklmnopqrstuvwxyz" + LETTERS[language] or letter == "İ"
 
 
-def check_script(words):
-    for language in LANGUAGES:
-        for german, text in words.texts(language):
-            plain = without_names(language, text)
-            foreign = [c for c in plain if c.isalpha() and not is_of(language, c)]
-            if foreign:
-                words.fault("script", language, german, f"foreign letters {''.join(foreign)!r}")
+def faults_of_script(language, german, text, words):
+    foreign = [c for c in without_names(language, text) if c.isalpha() and not is_of(language, c)]
+    if foreign:
+        yield f"foreign letters {''.join(foreign)!r}"
 
 
-def check_oversight(words):
-    for language in LANGUAGES:
-        for german, text in words.texts(language):
-            if text == german:
-                what = "the German text"
-            elif language != "en" and text == words.cells["en", german]:
-                what = "the English text"
-            else:
-                continue
-            own = words.without_international(language, without_names(language, text))
-            if any(c.isalpha() for c in own):
-                words.fault("oversight", language, german, what)
+def faults_of_oversight(language, german, text, words):
+    sources = {"German": german, "English": german if language == "en" else words.cells["en", german]}
+    same = [name for name, source in sources.items() if text == source]
+    if same and any(map(str.isalpha, words.without_international(language, without_names(language, text)))):
+        yield f"the {same[0]} text"
 
 
-def faults_of_punctuation(language, german, text):
+def faults_of_punctuation(language, german, text, words=None):
     opening, closing = QUOTES[language]
     foreign = [c for c in ANY_QUOTE.findall(text) if c not in QUOTES[language]]
     if foreign:
@@ -209,35 +189,22 @@ def faults_of_punctuation(language, german, text):
             yield "a narrow no-break space belongs before ; ! ?"
 
 
-def check_punctuation(words):
-    for language in ["de", *LANGUAGES]:
-        for german, text in words.texts(language):
-            for what in faults_of_punctuation(language, german, text):
-                words.fault("punctuation", language, german, what)
+def faults_of_names(language, german, text, words):
+    # German joins with hyphens: "Norvaxel-3D-Paket".
+    wanted = set(NAME.findall(german.replace("Norvaxel-3D", "Norvaxel 3D"))) - TRANSLATABLE
+    missing = sorted(name for name in wanted if name not in text)
+    if missing:
+        yield f"without {', '.join(missing)}"
 
 
-def check_names(words):
-    for language in LANGUAGES:
-        for german, text in words.texts(language):
-            # German joins with hyphens: "Norvaxel-3D-Paket".
-            wanted = set(NAME.findall(german.replace("Norvaxel-3D", "Norvaxel 3D"))) - TRANSLATABLE
-            missing = sorted(name for name in wanted if name not in text)
-            if missing:
-                words.fault("names", language, german, f"without {', '.join(missing)}")
-
-
-def check_titles(words):
-    known = set(words.rows)
-    for language in LANGUAGES:
-        opening, closing = QUOTES[language]
-        space = "\u00a0" if language == "fr" else ""
-        for german, text in words.texts(language):
-            for title in re.findall("»([^«]*)«", german):
-                if title not in known or PLACEHOLDER.search(title):
-                    continue
-                quoted = opening + space + words.cells[language, title] + space + closing
-                if quoted not in text:
-                    words.fault("titles", language, german, f"the title is {quoted}")
+def faults_of_titles(language, german, text, words):
+    opening, closing = QUOTES[language]
+    space = "\u00a0" if language == "fr" else ""
+    for title in re.findall("»([^«]*)«", german):
+        if (language, title) in words.cells and not PLACEHOLDER.search(title):
+            quoted = opening + space + words.cells[language, title] + space + closing
+            if quoted not in text:
+                yield f"the title is {quoted}"
 
 
 def terms(words):
@@ -292,13 +259,9 @@ def check_files(words):
             wanted = wanted or found
             if found == wanted:
                 continue
-            pairs = itertools.zip_longest(found, wanted, fillvalue=("", ""))
-            (german, comment), (other, above) = next(pair for pair in pairs if pair[0] != pair[1])
-            what = f"the row {german!r}" if german else "no row"
-            if german == other:
-                what = f"{comment!r} above {german!r}"
-            words.faults.append(f"{path}: {what}, where {folder.name}/ar.po has "
-                                + (repr(above) if german == other else repr(other)))
+            pairs = itertools.zip_longest(found, wanted, fillvalue=("no row", ""))
+            own, other = next(pair for pair in pairs if pair[0] != pair[1])
+            words.faults.append(f"{path}: {own}, where {folder.name}/ar.po has {other}")
 
 
 def check_msgfmt(words):
@@ -309,35 +272,28 @@ def check_msgfmt(words):
             words.faults.append(f"{path}: {result.stderr.strip()}")
 
 
-CHECKS = {
-    "script": check_script,
-    "oversight": check_oversight,
-    "punctuation": check_punctuation,
-    "names": check_names,
-    "titles": check_titles,
-    "glossary": check_glossary,
-    "files": check_files,
-    "msgfmt": check_msgfmt,
-}
+# Those that look at one cell, and those that look at all the files.
+OF_A_CELL = {"script": faults_of_script, "oversight": faults_of_oversight, "punctuation": faults_of_punctuation,
+             "names": faults_of_names, "titles": faults_of_titles}
+OF_ALL = {"glossary": check_glossary, "files": check_files, "msgfmt": check_msgfmt}
 
 
 def faults(check, folder):
     words = Words(folder)
     if not words.rows:
         return [f"{folder} holds no words"]
-    CHECKS[check](words)
+    if check in OF_ALL:
+        OF_ALL[check](words)
+    else:
+        for language in ["de", *LANGUAGES] if check == "punctuation" else LANGUAGES:
+            for german, text in words.texts(language):
+                for what in OF_A_CELL[check](language, german, text, words):
+                    words.fault(check, language, german, what)
     unknown = [f"exceptions.tsv: no such check, language or row: {key}"
                for key in words.exceptions
-               if key[0] not in CHECKS or key[1:] not in words.cells and key[1] != "de"]
+               if key[0] not in OF_A_CELL | OF_ALL or key[1:] not in words.cells and key[1] != "de"]
     return words.faults + words.stale_exceptions(check) + unknown
 
 
-def main():
-    found = faults(sys.argv[1], pathlib.Path(sys.argv[2]))
-    if found:
-        print(*found, sep="\n")
-    return 1 if found else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit("\n".join(faults(sys.argv[1], pathlib.Path(sys.argv[2]))) or 0)

@@ -1,6 +1,7 @@
 """What is installed and packaged: it validates, and it works from wherever it lies."""
 import configparser
 import datetime
+import functools
 import gzip
 import os
 import pathlib
@@ -56,18 +57,21 @@ def newest(field):
     return run("dpkg-parsechangelog", "-l", ROOT / "packaging/changelog", "-S", field).strip()
 
 
-_package = None
-
-
+@functools.cache
 def package():
     """The .deb, made once for all cases."""
-    global _package
-    if _package is None:
-        folder = tempfile.TemporaryDirectory(prefix="norvaxel-package-")
-        run(CPACK, "--config", BUILD / "CPackConfig.cmake", "-B", folder.name)
-        (path,) = pathlib.Path(folder.name).glob("*.deb")
-        _package = folder, path
-    return _package[1]
+    folder = pathlib.Path(unittest.enterModuleContext(tempfile.TemporaryDirectory()))
+    run(CPACK, "--config", BUILD / "CPackConfig.cmake", "-B", folder)
+    (path,) = folder.glob("*.deb")
+    return path
+
+
+def entries(file):
+    """The groups of a menu entry."""
+    parser = configparser.RawConfigParser(delimiters="=")
+    parser.optionxform = str
+    parser.read(file, encoding="utf-8")
+    return parser
 
 
 def snapshot(folder):
@@ -75,29 +79,31 @@ def snapshot(folder):
             for path in folder.rglob("*")}
 
 
+def import_a_place(case):
+    case.search("Berlin")
+    case.window.select(w.RESULTS, 0)
+    case.window.says(CHOSEN)
+    case.window.press(w.DOWNLOAD)
+    case.window.says(FINISHED, 30)
+
+
 class Files(unittest.TestCase):
     """What the desktop reads."""
 
     @classmethod
     def setUpClass(cls):
-        folder = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(folder.cleanup)
-        cls.prefix = pathlib.Path(folder.name)
+        cls.prefix = pathlib.Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
         install("desktop", cls.prefix)
         cls.entry = cls.prefix / f"share/applications/{ID}.desktop"
         cls.metainfo = cls.prefix / f"share/metainfo/{ID}.metainfo.xml"
 
-    def entries(self):
-        parser = configparser.RawConfigParser(delimiters="=")
-        parser.optionxform = str
-        parser.read(self.entry, encoding="utf-8")
-        return parser
-
-    def test_menu_entry_validates(self):
+    def test_menu_entry_and_metainfo_validate(self):
         self.assertEqual(run("desktop-file-validate", self.entry), "")
+        self.assertIn("Validation was successful",
+                      run("appstreamcli", "validate", "--pedantic", "--no-net", self.metainfo))
 
     def test_menu_entry_speaks_every_language(self):
-        entry = self.entries()["Desktop Entry"]
+        entry = entries(self.entry)["Desktop Entry"]
         for key in ("Name", "Comment", "Keywords"):
             texts = [entry[key]] + [entry[f"{key}[{locale}]"] for locale in LOCALES]
             self.assertTrue(all(texts), key)
@@ -108,15 +114,11 @@ class Files(unittest.TestCase):
         self.assertEqual(entry["StartupNotify"], "true")
 
     def test_menu_entry_has_a_second_action_for_routes(self):
-        entries = self.entries()
-        self.assertEqual(entries["Desktop Entry"]["Actions"], "route;")
-        action = entries["Desktop Action route"]
+        groups = entries(self.entry)
+        self.assertEqual(groups["Desktop Entry"]["Actions"], "route;")
+        action = groups["Desktop Action route"]
         self.assertEqual(shlex.split(action["Exec"]), [PROGRAM, "--route"])
         self.assertTrue(all(action[f"Name[{locale}]"] for locale in LOCALES))
-
-    def test_metainfo_validates(self):
-        said = run("appstreamcli", "validate", "--pedantic", "--no-net", self.metainfo)
-        self.assertIn("Validation was successful", said)
 
     def test_version_and_date_are_those_of_the_changelog(self):
         day = datetime.datetime.fromtimestamp(int(newest("Timestamp")), datetime.UTC).date()
@@ -154,16 +156,9 @@ class PluginComponent(BlackBox):
         self.importer = self.bin / STAND_IN.name
         shutil.copy2(STAND_IN, self.importer)
 
-    def import_a_place(self):
-        self.search("Berlin")
-        self.window.select(w.RESULTS, 0)
-        self.window.says(CHOSEN)
-        self.window.press(w.DOWNLOAD)
-        self.window.says(FINISHED, 30)
-
     def test_it_finds_the_tool_beside_itself(self):
         self.start()
-        self.import_a_place()
+        import_a_place(self)
 
     def test_started_through_a_link_it_finds_the_tool_beside_the_real_file(self):
         real = self.bin
@@ -171,7 +166,7 @@ class PluginComponent(BlackBox):
         self.bin.mkdir()
         (self.bin / PROGRAM).symlink_to(real / PROGRAM)
         self.start()
-        self.import_a_place()
+        import_a_place(self)
 
 
 class Package(BlackBox):
@@ -190,10 +185,8 @@ class Package(BlackBox):
 
     def start_from_the_menu(self, group="Desktop Entry"):
         """Runs the entry's command as a desktop does: found on the path."""
-        parser = configparser.RawConfigParser(delimiters="=")
-        parser.optionxform = str
-        parser.read(self.root / f"usr/share/applications/{ID}.desktop", encoding="utf-8")
-        command, *arguments = shlex.split(parser[group]["Exec"])
+        menu = entries(self.root / f"usr/share/applications/{ID}.desktop")
+        command, *arguments = shlex.split(menu[group]["Exec"])
         self.bin = self.root / "usr/bin"
         self.assertEqual(command, PROGRAM)
         shutil.copy2(STAND_IN, self.root / "usr/lib/norvaxel-3d")
@@ -213,10 +206,7 @@ class Package(BlackBox):
     def test_installed_used_upgraded_and_removed_it_leaves_the_users_files_alone(self):
         self.dpkg("--install", package())
         self.start_from_the_menu()
-        self.search("Berlin")
-        self.window.select(w.RESULTS, 0)
-        self.window.press(w.DOWNLOAD)
-        self.window.says(FINISHED, 30)
+        import_a_place(self)
         self.program.terminate()
         self.assert_ended_well()
         self.assertEqual(len(self.packages()), 1)

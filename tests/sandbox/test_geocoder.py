@@ -2,7 +2,6 @@
 import json
 import os
 import pathlib
-import shutil
 import stat
 import subprocess
 import sys
@@ -19,8 +18,7 @@ BERLIN = "https://photon.komoot.io/api/?q=Berlin&limit=8&lang=de"
 
 class Served(unittest.TestCase):
     def setUp(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="norvaxel-geocoder-"))
-        self.addCleanup(shutil.rmtree, self.folder)
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.behaviour = self.folder / "behaviour.json"
         self.private = self.folder / "private"
         self.server = processes.start([ROOT / "sandbox/geocoder", "--folder", self.private,
@@ -62,12 +60,10 @@ class Answers(Served):
         code, body = self.answer()
         self.assertEqual(code, 200)
         found = json.loads(body)
-        self.assertEqual(found["type"], "FeatureCollection")
-        self.assertEqual(len(found["features"]), 8)
+        self.assertEqual((found["type"], len(found["features"])), ("FeatureCollection", 8))
         first = found["features"][0]
         self.assertEqual(first["geometry"], {"type": "Point", "coordinates": [13.3951, 52.5174]})
-        self.assertEqual(first["properties"]["name"], "Berlin")
-        self.assertEqual(first["properties"]["country"], "Deutschland")
+        self.assertLessEqual({"name": "Berlin", "country": "Deutschland"}.items(), first["properties"].items())
 
     def test_what_photon_would_not_accept_is_refused(self):
         for query, code in (("q=Berlin&lang=xx", 400), ("limit=8", 400), ("q=%20", 400),
@@ -77,8 +73,8 @@ class Answers(Served):
         self.assertEqual(self.answer("https://photon.komoot.io/other")[0], 404)
 
     def test_a_plus_is_a_space_and_percent_is_decoded(self):
-        features = json.loads(self.answer("https://photon.komoot.io/api/?q=M%C3%BCnchen+Hbf")[1])["features"]
-        self.assertEqual([each["properties"]["name"] for each in features], ["München Hauptbahnhof"])
+        found = json.loads(self.answer("https://photon.komoot.io/api/?q=M%C3%BCnchen+Hbf")[1])["features"]
+        self.assertEqual([each["properties"]["name"] for each in found], ["München Hauptbahnhof"])
 
     def test_every_request_is_recorded_as_it_came(self):
         self.curl("--header", "Accept: application/json", "https://photon.komoot.io/api/?q=C%2B%2B&limit=8")
@@ -123,19 +119,15 @@ class Trust(Served):
 
 
 class Misbehaviour(Served):
-    def test_a_status_is_sent_as_told(self):
-        for status in (201, 204, 301, 404, 500):
-            with self.subTest(status):
-                self.behaves({"status": status})
-                self.assertEqual(self.answer(), (status, b""))
-
-    def test_an_answer_has_exactly_the_size_that_was_told(self):
-        for chunked in (False, True):
-            with self.subTest(chunked=chunked):
-                self.behaves({"size": 1048577, "chunked": chunked})
-                code, body = self.answer()
-                self.assertEqual((code, len(body)), (200, 1048577))
-                self.assertEqual(len(json.loads(body)["features"]), 8)
+    def test_an_answer_has_the_status_and_exactly_the_size_that_was_told(self):
+        for how, code, size in (*(({"status": code}, code, 0) for code in (201, 204, 301, 404, 500)),
+                                ({"size": 1048577}, 200, 1048577),
+                                ({"size": 1048577, "chunked": True}, 200, 1048577)):
+            with self.subTest(how):
+                self.behaves(how)
+                told, body = self.answer()
+                self.assertEqual((told, len(body)), (code, size))
+                self.assertTrue(not size or len(json.loads(body)["features"]) == 8)
 
     def test_chunks_announce_no_length(self):
         self.behaves({"size": 20000, "chunked": True})
@@ -179,27 +171,24 @@ class Gazetteer(unittest.TestCase):
         return [place.name for place in gazetteer.search(gazetteer.load(), text, limit)]
 
     def test_case_and_accents_do_not_matter(self):
-        for text in ("münchen", "MUNCHEN", "Muenchen", "  mün ", "Munich"):
+        for text, first in (*((text, "München") for text in ("münchen", "MUNCHEN", "Muenchen", "  mün ", "Munich")),
+                            ("Saint petersburg", "Sankt Petersburg"), ("東京", "Tokio")):
             with self.subTest(text):
-                self.assertEqual(self.names(text)[0], "München")
-        self.assertEqual(self.names("Saint petersburg")[0], "Sankt Petersburg")
-        self.assertEqual(self.names("strassburg"), ["Straßburg"])
-        self.assertEqual(self.names("東京")[0], "Tokio")
+                self.assertEqual(self.names(text)[0], first)
 
-    def test_further_words_choose_among_namesakes(self):
+    def test_further_words_choose_among_namesakes_and_nonsense_finds_nothing(self):
+        for text, *found in (("strassburg", "Straßburg"), ("Frankfurt Brandenburg", "Frankfurt (Oder)"),
+                             ("Berlin Hbf", "Berlin Hauptbahnhof"), ("xyzzy",), ("+",), ("&&&",),
+                             ("C++ & #1 100% ä 東京 🎬",)):
+            with self.subTest(text):
+                self.assertEqual(self.names(text), found)
         self.assertEqual([place.state for place in gazetteer.search(gazetteer.load(), "Springfield Ohio", 8)],
                          ["Ohio"])
-        self.assertEqual(self.names("Frankfurt Brandenburg"), ["Frankfurt (Oder)"])
-        self.assertEqual(self.names("Berlin Hbf"), ["Berlin Hauptbahnhof"])
 
     def test_there_are_namesakes_to_choose_from(self):
         for text in ("Berlin", "Neustadt", "Springfield"):
             self.assertEqual(len(self.names(text)), 8, text)
         self.assertGreaterEqual(len(self.names("Frankfurt")), 4)
-
-    def test_nothing_is_found_for_nonsense(self):
-        for text in ("xyzzy", "C++ & #1 100% ä 東京 🎬", "+", "&&&"):
-            self.assertEqual(self.names(text), [], text)
 
     def test_every_place_is_on_earth_and_named_in_full(self):
         places = gazetteer.load()

@@ -1,8 +1,10 @@
 """The schemas of the hand-over files: their examples fit, little else does, and the stand-in agrees."""
 import copy
+import functools
 import importlib.machinery
 import importlib.util
 import json
+import operator
 import re
 import shutil
 import unittest
@@ -12,7 +14,6 @@ import jsonschema
 import schemas
 import test_importer
 
-HANDED_OVER = ("photon-selected", "photon-search", "stations")
 REQUIRED = {"Ortsdaten": {"origin.nxd", "norvaxel3d.json"},
             "Routen": {"route.nxd", "stations.nxd", "basemap/origin.nxd", "basemap/norvaxel3d.json"}}
 POINT = ("features/0", "features/0/geometry", "features/0/geometry/type", "features/0/geometry/coordinates",
@@ -48,25 +49,24 @@ OUT_OF_RANGE = {
 GONE = object()
 
 
-def changed(document, path, value):
-    """A copy of the document with another value, or none, at the path."""
-    steps = [int(step) if step.isdigit() else step for step in path.split("/")] if path else []
-    if not steps:
-        return value
-    document = copy.deepcopy(document)
-    inner = document
-    for step in steps[:-1]:
-        inner = inner[step]
-    if value is GONE:
-        del inner[steps[-1]]
-    else:
-        inner[steps[-1]] = value
-    return document
+def steps(path):
+    return [int(step) if step.isdigit() else step for step in path.split("/") if step]
 
 
 def at(document, path):
-    for step in path.split("/") if path else ():
-        document = document[int(step) if step.isdigit() else step]
+    return functools.reduce(operator.getitem, steps(path), document)
+
+
+def changed(document, path, value):
+    """A copy of the document with another value, or none, at the path."""
+    if not path:
+        return value
+    document = copy.deepcopy(document)
+    outer, _, _ = path.rpartition("/")
+    if value is GONE:
+        del at(document, outer)[steps(path)[-1]]
+    else:
+        at(document, outer)[steps(path)[-1]] = value
     return document
 
 
@@ -161,99 +161,65 @@ class Schemas(unittest.TestCase):
         self.assertEqual(schemas.problems("photon-search", {**answer, "type": 1, "more": 2}), [])
 
 
-class StandIn(test_importer.Importing):
+class StandInForPlaces(test_importer.Importing):
     """The stand-in keeps to the same papers as the importer itself has to."""
 
-    def place_route(self):
-        self.log_name = "route.log"
-        self.place_job(f"Norvaxel-Route-{test_importer.UUID}")
-        (self.folder / "Routen").mkdir()
-        self.output = self.folder / "Routen" / "berlin-munchen-20260102-030405-0A1B2C3D"
-
-    def route_words(self):
-        return ["--route", "--stations", str(self.job / "stations.json"), "--output", str(self.output),
-                "--endpoint", "https://example.org/route/v1/driving", "--3d"]
+    parent, handed_over = "Ortsdaten", ("photon-selected", "photon-search")
 
     def place_examples(self):
-        for name in HANDED_OVER:
+        """And what a case left that was wrongly accepted does not stand in the next one's way."""
+        shutil.rmtree(self.output, ignore_errors=True)
+        for name in self.handed_over:
             (self.job / f"{name}.json").write_bytes(schemas.example_bytes(name))
 
-    def clear_away(self):
-        """What a case left that was wrongly accepted shall not stand in the next one's way."""
-        shutil.rmtree(self.output, ignore_errors=True)
-
-    def test_the_examples_become_packages_with_every_required_file(self):
+    def test_the_examples_become_a_package_with_every_required_file(self):
         self.place_examples()
         self.assertEqual(self.finish()[0], 0, self.log())
-        self.assert_has_required("Ortsdaten")
-        self.place_route()
-        self.place_examples()
-        self.assertEqual(self.finish(words=self.route_words())[0], 0, self.log())
-        self.assert_has_required("Routen")
-
-    def assert_has_required(self, kind):
-        files = {str(file.relative_to(self.output)) for file in self.output.rglob("*") if file.is_file()}
-        self.assertLessEqual(REQUIRED[kind], files)
+        self.assertLessEqual(REQUIRED[self.parent], self.files())
         contract = (schemas.FOLDER.parent / "importer.md").read_text(encoding="utf-8")
-        for name in REQUIRED[kind]:
+        for name in REQUIRED[self.parent]:
             self.assertIn(f"`{name}`", contract)
 
-    def test_a_broken_chosen_place_is_refused(self):
-        for what, document in broken("photon-selected"):
-            with self.subTest(what):
-                self.clear_away()
+    def test_a_broken_example_is_refused(self):
+        for name, what, document in ((name, *each) for name in self.handed_over for each in broken(name)):
+            with self.subTest(name, wrong=what):
                 self.place_examples()
-                self.write("photon-selected.json", document, separators=(",", ":"))
-                # The answer holds what was chosen, so that nothing but the fault itself is in the way.
-                features = document.get("features") if isinstance(document, dict) else None
-                answer = schemas.example("photon-search")["features"] + (features if type(features) is list else [])
-                self.write("photon-search.json", {"features": answer})
+                if name == "stations":
+                    self.write_stations(document)
+                else:
+                    self.write(f"{name}.json", document, separators=(",", ":"))
+                if name == "photon-selected":
+                    # The answer holds what was chosen, so that nothing but the fault itself is in the way.
+                    chosen = document.get("features") if isinstance(document, dict) else None
+                    answer = schemas.example("photon-search")["features"] + (chosen if type(chosen) is list else [])
+                    self.write("photon-search.json", {"features": answer})
                 self.assert_refused("")
-                self.assertNotIn("steht nicht in der Antwort", self.log())
+                if name != "photon-search":
+                    self.assertNotRegex(self.log(), "nicht eingerückt|nicht in der Antwort")
 
-    def test_a_broken_answer_is_refused(self):
-        for what, document in broken("photon-search"):
-            with self.subTest(what):
-                self.clear_away()
-                self.place_examples()
-                self.write("photon-search.json", document)
-                self.assert_refused("")
 
-    def test_broken_stations_are_refused(self):
-        self.place_route()
-        for what, document in broken("stations"):
-            with self.subTest(what):
-                self.clear_away()
-                self.write("stations.json", document, indent=4)
-                self.assert_refused("", words=self.route_words())
-                self.assertNotIn("nicht eingerückt", self.log())
+class StandInForRoutes(test_importer.RouteImporting, StandInForPlaces):
+    parent, handed_over = "Routen", ("stations",)
 
 
 class CommandLines(unittest.TestCase):
     """The command lines in the contract are the ones that the stand-in accepts."""
 
-    def setUp(self):
-        loader = importlib.machinery.SourceFileLoader("stand_in", str(test_importer.IMPORTER))
-        module = importlib.util.spec_from_loader("stand_in", loader)
-        self.stand_in = importlib.util.module_from_spec(module)
-        loader.exec_module(self.stand_in)
-        contract = (schemas.FOLDER.parent / "importer.md").read_text(encoding="utf-8")
-        self.examples = [block.splitlines() for block in re.findall(r"```text\n(--.*?)\n```", contract, re.DOTALL)]
-
-    def test_the_papers_show_both(self):
-        self.assertEqual([words[0] for words in self.examples], ["--fetch", "--fetch", "--route", "--route"])
-
     def test_each_is_accepted(self):
-        for words in self.examples:
+        loader = importlib.machinery.SourceFileLoader("stand_in", str(test_importer.IMPORTER))
+        stand_in = importlib.util.module_from_spec(importlib.util.spec_from_loader("stand_in", loader))
+        loader.exec_module(stand_in)
+        contract = (schemas.FOLDER.parent / "importer.md").read_text(encoding="utf-8")
+        examples = [block.splitlines() for block in re.findall(r"```text\n(--.*?)\n```", contract, re.DOTALL)]
+        self.assertEqual([words[0] for words in examples], ["--fetch", "--fetch", "--route", "--route"])
+        for words in examples:
             with self.subTest(" ".join(words)):
-                if words[0] == "--fetch":
-                    asked = self.stand_in.place_arguments(words)
-                else:
-                    asked = self.stand_in.route_arguments(words)
-                parent, digits = ("Ortsdaten", 6) if words[0] == "--fetch" else ("Routen", 8)
+                place = words[0] == "--fetch"
+                asked = (stand_in.place_arguments if place else stand_in.route_arguments)(words)
+                parent, digits = ("Ortsdaten", 6) if place else ("Routen", 8)
                 folder, name = asked["output"].rsplit("/", 1)
                 self.assertTrue(folder.endswith(f"/Norvaxel/Norvaxel 3D/{parent}"))
-                self.assertRegex(name, f"^{self.stand_in.SLUG_AND_TIME}[0-9A-F]{{{digits}}}$")
+                self.assertRegex(name, f"^{stand_in.SLUG_AND_TIME}[0-9A-F]{{{digits}}}$")
 
 
 if __name__ == "__main__":
