@@ -12,12 +12,11 @@ import unittest
 
 import x11
 from harness import PROGRAM, READY, BlackBox, processes, w
+from test_window import ROUTE_READY
 
 BEHIND = 0xFF00FF
 GREY = 0x28282B
 RING = 0x3E9BFF
-ROUTE_READY = ("Stadt oder Adresse suchen, Treffer auswählen und als Station hinzufügen. Mindestens zwei "
-               "Stationen sind nötig.")
 
 x11._x11.XSetWindowBackground.argtypes = [x11.ctypes.c_void_p, x11.Window, x11.ctypes.c_ulong]
 x11._x11.XClearWindow.argtypes = [x11.ctypes.c_void_p, x11.Window]
