@@ -91,6 +91,7 @@ MainWindow::MainWindow(Mode startMode)
     setWindowTitle(NXLocal(u"Norvaxel 3D · Orte und Routen"_s));
     auto* content = new Content;
     content->setMinimumSize(780, 730);
+    pages_->addWidget(content); // empty still: what it holds is laid out once, at the end
     auto* column = new QVBoxLayout(content);
     column->setContentsMargins(22, 16, 22, 18);
     column->setSpacing(spacing);
@@ -121,7 +122,6 @@ MainWindow::MainWindow(Mode startMode)
     credit = named("credit", makeLabel(11, look::colours::tertiary, {}, 3));
     column->addWidget(credit);
     column->addStretch();
-    pages_->addWidget(content);
     setCentralWidget(pages_);
     widgets_ = {{mode,
                  query,
