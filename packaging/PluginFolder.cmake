@@ -34,7 +34,9 @@ configure_file(carry_libraries.cmake.in carry_libraries.cmake @ONLY)
 install(SCRIPT ${CMAKE_CURRENT_BINARY_DIR}/carry_libraries.cmake COMPONENT plugin)
 
 set(CPACK_GENERATOR TXZ)
-set(CPACK_PACKAGE_FILE_NAME ${program}-${PROJECT_VERSION}-plugin)
+# The component's name is put behind it.
+set(CPACK_PACKAGE_FILE_NAME ${program}-${PROJECT_VERSION})
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR})
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL plugin)
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
