@@ -13,6 +13,9 @@ class PopUp : public QComboBox, public Elidable {
 public:
     explicit PopUp(int width, QWidget* parent = nullptr);
 
+    // The toolkit's would measure every entry.
+    QSize sizeHint() const override { return minimumSize(); }
+    QSize minimumSizeHint() const override { return minimumSize(); }
     QString elidedText() const override;
     // The part of the control that the current entry may take.
     QRect textRectangle() const;

@@ -68,13 +68,9 @@ QString Label::elidedText() const {
     return isElided ? text() : QString();
 }
 
+// What is wrapped grows with heightForWidth() alone.
 QSize Label::sizeHint() const {
-    const int line = lineHeight(font().pixelSize());
-    if (maximumLines_ == 1)
-        return {text_.naturalWidth(font()), line};
-    const TextBlock unwrapped(text(), font(), sizes::widest, maximumLines_, layoutDirection(),
-                              Qt::AlignLeft);
-    return {unwrapped.naturalWidth(), qMax(unwrapped.height(), line)};
+    return {text_.naturalWidth(font()), lineHeight(font().pixelSize())};
 }
 
 // A text may always be squeezed: it is elided then.
