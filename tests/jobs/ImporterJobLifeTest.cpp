@@ -12,9 +12,7 @@
 #include <map>
 #include <random>
 
-using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using namespace jobs;
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "ScriptedPlan.h"
+#include "TurnUntil.h"
 #include "jobs/JobRunner.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -14,9 +14,6 @@
 #endif
 
 #include <cstring>
-
-using namespace Qt::StringLiterals;
-using namespace jobs;
 
 namespace {
 
@@ -44,10 +41,7 @@ protected:
     }
 
     JobReport awaitReport() {
-        QElapsedTimer patience;
-        patience.start();
-        while (reports_ == 0 && patience.elapsed() < 20000)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+        EXPECT_TRUE(turnUntil([&] { return reports_ > 0; }));
         EXPECT_EQ(reports_, 1);
         // In every case the folder goes and the log is kept.
         EXPECT_FALSE(QFileInfo::exists(temporary_));
@@ -165,10 +159,7 @@ TEST_F(ImporterJobTest, the_pointer_comes_after_the_files_of_the_package) {
 
 TEST_F(ImporterJobTest, a_stopped_job_is_cancelled_whatever_the_tool_says) {
     start("trap 'exit 0' TERM\n" + makePackage + "\necho ready\nwhile :; do sleep 0.01; done");
-    QElapsedTimer patience;
-    patience.start();
-    while (contents(temporary_ + u"/import.log"_s) != "ready\n" && patience.elapsed() < 20000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    EXPECT_TRUE(turnUntil([&] { return contents(temporary_ + u"/import.log"_s) == "ready\n"; }));
     job_->stop();
     EXPECT_EQ(awaitReport().outcome, JobOutcome::Cancelled);
     EXPECT_FALSE(QFileInfo::exists(pointer_));

@@ -2,7 +2,7 @@
 
 #include "ChildTest.h"
 #include "ScriptedPlan.h"
-#include "WaitUntil.h"
+#include "TurnUntil.h"
 
 #include <QCoreApplication>
 
@@ -16,13 +16,6 @@ protected:
         EXPECT_FALSE(runner_->isRunning()) << "told in the state that then holds";
         kinds_.push_back(kind);
         outcomes_.push_back(report.outcome);
-    }
-
-    bool turnUntil(const std::function<bool()>& holds) {
-        return waitUntil([&] {
-            QCoreApplication::processEvents();
-            return holds();
-        });
     }
 
     bool awaitEnd() {

@@ -5,9 +5,6 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
-using namespace Qt::StringLiterals;
-using namespace jobs;
-
 namespace {
 
 const QDateTime now(QDate(2026, 3, 7), QTime(9, 5, 1));

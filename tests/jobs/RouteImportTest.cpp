@@ -8,9 +8,6 @@
 #include <QJsonObject>
 #include <QRegularExpression>
 
-using namespace Qt::StringLiterals;
-using namespace jobs;
-
 namespace {
 
 const QDateTime now(QDate(2026, 3, 7), QTime(9, 5, 1));

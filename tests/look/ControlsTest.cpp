@@ -19,8 +19,6 @@
 
 #include <array>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 using look::Button;
@@ -30,6 +28,15 @@ class ControlsTest : public LookTest {
 protected:
     // Where the pointer touches nothing.
     void leave() { QTest::mouseMove(&window, QPoint(790, 590)); }
+
+    // Where the colour first stands in the widget's row y, or -1.
+    static int firstOf(QRgb colour, QWidget& widget, int y) {
+        const QImage image = picture(widget);
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, y) == colour)
+                return x;
+        return -1;
+    }
 };
 
 struct FaceRow {
@@ -58,35 +65,23 @@ QRgb colourOfBlocks(const QImage& image, int x, int y) {
 
 TEST_F(ControlsTest, buttons_have_the_colours_of_their_states) {
     using namespace look::colours;
-    const struct {
-        ButtonKind kind;
+    struct Faces {
         FaceRow normal;
         FaceRow hover;
         FaceRow pressed;
         FaceRow disabled;
-        FaceRow inactive;
-    } rows[] = {
-        {ButtonKind::Push,
-         {push, pushTop, label},
-         {pushHover, pushHoverTop, label},
-         {pushPressed, pushPressedTop, label},
-         {pushDisabled, pushDisabledTop, disabledText},
-         {push, pushTop, label}},
-        {ButtonKind::Small,
-         {push, pushTop, label},
-         {pushHover, pushHoverTop, label},
-         {pushPressed, pushPressedTop, label},
-         {pushDisabled, pushDisabledTop, disabledText},
-         {push, pushTop, label}},
-        {ButtonKind::Prominent,
-         {prominent, prominentTop, white},
-         {prominentHover, prominentHover, white},
-         {prominentPressed, prominentPressedTop, white},
-         {prominentDisabled, prominentDisabledTop, prominentDisabledText},
-         {push, pushTop, label}},
     };
-    for (const auto& row : rows) {
-        auto* button = new Button(row.kind, u"████████████"_s, &window);
+    const Faces plain{{push, pushTop, label},
+                      {pushHover, pushHoverTop, label},
+                      {pushPressed, pushPressedTop, label},
+                      {pushDisabled, pushDisabledTop, disabledText}};
+    const Faces blue{{prominent, prominentTop, white},
+                     {prominentHover, prominentHover, white},
+                     {prominentPressed, prominentPressedTop, white},
+                     {prominentDisabled, prominentDisabledTop, prominentDisabledText}};
+    for (const ButtonKind kind : {ButtonKind::Push, ButtonKind::Small, ButtonKind::Prominent}) {
+        const Faces& row = kind == ButtonKind::Prominent ? blue : plain;
+        auto* button = new Button(kind, u"████████████"_s, &window);
         button->resize(button->sizeHint());
         button->move(20, 20);
         show();
@@ -103,10 +98,8 @@ TEST_F(ControlsTest, buttons_have_the_colours_of_their_states) {
         expectFace(*button, row.disabled, "disabled");
         button->setEnabled(true);
         QWidget other;
-        other.show();
-        other.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
-        expectFace(*button, row.inactive, "inactive");
+        enter(other);
+        expectFace(*button, plain.normal, "inactive");
         delete button;
     }
 }
@@ -178,19 +171,13 @@ TEST_F(ControlsTest, magnifier_stands_before_the_title_in_its_colour) {
     button->resize(button->sizeHint());
     show();
     leave();
-    const auto strokeLeft = [&](QRgb colour) {
-        const QImage image = picture(*button);
-        for (int x = 0; x < image.width(); ++x)
-            if (image.pixel(x, 15) == colour)
-                return x;
-        return -1;
-    };
-    EXPECT_NEAR(strokeLeft(look::colours::label), 15 + 2, 1);
+    EXPECT_NEAR(firstOf(look::colours::label, *button, 15), 15 + 2, 1);
     button->setEnabled(false);
-    EXPECT_NEAR(strokeLeft(look::colours::disabledText), 15 + 2, 1);
+    EXPECT_NEAR(firstOf(look::colours::disabledText, *button, 15), 15 + 2, 1);
     button->setEnabled(true);
     button->setLayoutDirection(Qt::RightToLeft);
-    EXPECT_EQ(strokeLeft(look::colours::label), 15) << "the title comes first from the left";
+    EXPECT_EQ(firstOf(look::colours::label, *button, 15), 15)
+        << "the title comes first from the left";
 }
 
 TEST_F(ControlsTest, pop_ups_have_the_colours_of_their_states) {
@@ -303,13 +290,7 @@ TEST_F(ControlsTest, field_shows_a_blue_cursor_where_the_text_goes_on) {
     field->resize(200, 34);
     show();
     field->setFocus();
-    const auto cursorAt = [&] {
-        const QImage image = picture(*field);
-        for (int x = 0; x < image.width(); ++x)
-            if (image.pixel(x, 17) == look::colours::textCursor)
-                return x;
-        return -1;
-    };
+    const auto cursorAt = [&] { return firstOf(look::colours::textCursor, *field, 17); };
     EXPECT_EQ(cursorAt(), 11);
     QTest::keyClicks(field, u"Berlin"_s);
     const int after = 11 + QFontMetrics(field->font()).horizontalAdvance(u"Berlin"_s);

@@ -3,8 +3,6 @@
 
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 using look::Button;

@@ -13,8 +13,6 @@
 
 #include <memory>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class FocusRingTest : public LookTest {
@@ -103,13 +101,10 @@ TEST_F(FocusRingTest, window_that_is_not_active_shows_none) {
     field->setFocus();
     ASSERT_EQ(look::ringedControl(), field);
     QWidget other;
-    other.show();
-    other.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    enter(other);
     EXPECT_FALSE(look::ringedControl());
     EXPECT_EQ(colourOutside(*field, 1), look::colours::window);
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    show();
     EXPECT_EQ(look::ringedControl(), field);
 }
 
@@ -118,11 +113,8 @@ TEST_F(FocusRingTest, keyboard_focus_comes_back_with_the_window) {
     field->setFocus();
     QTest::keyClick(field, Qt::Key_Tab);
     QWidget other;
-    other.show();
-    other.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    enter(other);
+    show();
     EXPECT_EQ(look::ringedControl(), button);
 }
 
@@ -159,15 +151,12 @@ TEST_F(FocusRingTest, outlives_the_window_it_lay_in) {
     show();
     auto other = std::make_unique<QWidget>();
     auto* inner = new look::Field(look::FieldKind::Search, other.get());
-    other->show();
-    other->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(other.get()));
+    enter(*other);
     inner->setFocus();
     ASSERT_EQ(look::ringedControl(), inner);
     other.reset();
     EXPECT_FALSE(look::ringedControl());
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    show();
     field->setFocus();
     EXPECT_EQ(look::ringedControl(), field);
 }

@@ -10,8 +10,6 @@
 #include <QMessageBox>
 #include <QScopedPointer>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 using look::Label;

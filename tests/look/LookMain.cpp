@@ -10,8 +10,6 @@
 
 #include <ctime>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 QStringList messages;
@@ -41,10 +39,10 @@ void LookTest::TearDown() {
     EXPECT_TRUE(messages.isEmpty()) << messages.join(u'\n').toStdString();
 }
 
-void LookTest::show() {
-    window.show();
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+void LookTest::enter(QWidget& other) {
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
 }
 
 QImage LookTest::picture(QWidget& widget) {

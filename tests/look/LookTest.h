@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <chrono>
 
+using namespace Qt::StringLiterals;
+
 // An active window for real events, under the look, in Inter. Whatever Qt warns about fails the
 // test.
 class LookTest : public testing::Test {
@@ -17,8 +19,10 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    // Shows the window with what the test has put into it.
-    void show();
+    // Shows the window with what the test has put into it, or makes it the active one again.
+    void show() { enter(window); }
+    // Shows another one, which is the active one then.
+    static void enter(QWidget& other);
 
     // The widget as it looks now, one pixel per logical one.
     static QImage picture(QWidget& widget);

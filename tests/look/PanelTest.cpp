@@ -17,8 +17,6 @@
 
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 using look::Panel;
@@ -160,11 +158,8 @@ TEST_F(PanelTest, the_keyboard_goes_round_in_it_and_returns_to_where_it_was) {
 TEST_F(PanelTest, the_keyboard_is_still_there_when_the_window_is_active_again) {
     Panel* panel = openQuestion();
     QWidget other;
-    other.show();
-    other.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    enter(other);
+    show();
     EXPECT_TRUE(panel->prominentButton()->hasFocus());
     press(Qt::Key_Escape);
     EXPECT_TRUE(field->hasFocus());

@@ -9,8 +9,6 @@
 #include <QLineEdit>
 #include <QSignalSpy>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 using look::Segments;

@@ -9,8 +9,6 @@
 #include <QPushButton>
 #include <QToolTip>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class ToolTipTest : public LookTest {

@@ -26,13 +26,17 @@ namespace {
 
 class ChildStopTest : public ChildTest {};
 
+// One that has come as far as its mode says.
+struct ReadyChild : RunningChild {
+    explicit ReadyChild(const char* mode) : RunningChild({mode}) { EXPECT_EQ(line(), "ready"); }
+};
+
 constexpr ChildExit terminated{ChildExit::Kind::Signalled, SIGTERM};
 constexpr ChildExit killed{ChildExit::Kind::Signalled, SIGKILL};
 
 TEST_F(ChildStopTest, a_request_to_end_reaches_the_child) {
     RunningChild plain({"hang"});
-    RunningChild handling({"exit-on-term"});
-    ASSERT_EQ(handling.line(), "ready");
+    ReadyChild handling("exit-on-term");
     plain->terminate();
     handling->terminate();
     EXPECT_EQ(plain.reportedExit(), terminated);
@@ -40,8 +44,7 @@ TEST_F(ChildStopTest, a_request_to_end_reaches_the_child) {
 }
 
 TEST_F(ChildStopTest, a_kill_ends_a_child_that_resists_a_request) {
-    RunningChild child({"ignore-term"});
-    ASSERT_EQ(child.line(), "ready");
+    ReadyChild child("ignore-term");
     child->terminate();
     EXPECT_TRUE(child->isRunning());
     child->kill();
@@ -49,8 +52,7 @@ TEST_F(ChildStopTest, a_kill_ends_a_child_that_resists_a_request) {
 }
 
 TEST_F(ChildStopTest, a_kill_ends_the_whole_group) {
-    RunningChild child({"leave-behind"});
-    ASSERT_EQ(child.line(), "ready");
+    ReadyChild child("leave-behind");
     ASSERT_EQ(livingDescendants().size(), 2U);
     child->kill();
     EXPECT_EQ(child.reportedExit(), killed);
@@ -58,8 +60,7 @@ TEST_F(ChildStopTest, a_kill_ends_the_whole_group) {
 }
 
 TEST_F(ChildStopTest, what_a_stopped_child_leaves_behind_is_killed) {
-    RunningChild child({"leave-behind"}); // its own child ignores SIGTERM
-    ASSERT_EQ(child.line(), "ready");
+    ReadyChild child("leave-behind"); // its own child ignores SIGTERM
     ASSERT_EQ(livingDescendants().size(), 2U);
     child->terminate();
     EXPECT_EQ(child.reportedExit(), terminated);
@@ -133,15 +134,13 @@ TEST_F(ChildStopTest, no_signal_reaches_a_stranger_with_the_same_number) {
 #endif
 
 TEST_F(ChildStopTest, a_stop_asks_first) {
-    RunningChild child({"exit-on-term"});
-    ASSERT_EQ(child.line(), "ready");
+    ReadyChild child("exit-on-term");
     platform::stopChild(child.shared(), 1h);
     EXPECT_EQ(child.reportedExit(), (ChildExit{ChildExit::Kind::Exited, 3}));
 }
 
 TEST_F(ChildStopTest, a_stop_blocks_nobody_while_the_child_resists) {
-    RunningChild child({"ignore-term"});
-    ASSERT_EQ(child.line(), "ready");
+    ReadyChild child("ignore-term");
     platform::stopChild(child.shared(), 1h);
     EXPECT_TRUE(child->isRunning());
     child->kill();
@@ -149,8 +148,7 @@ TEST_F(ChildStopTest, a_stop_blocks_nobody_while_the_child_resists) {
 }
 
 TEST_F(ChildStopTest, a_stop_kills_a_child_that_resists_after_the_patience) {
-    RunningChild child({"ignore-term"});
-    ASSERT_EQ(child.line(), "ready");
+    ReadyChild child("ignore-term");
     const auto begin = std::chrono::steady_clock::now();
     platform::stopChild(child.shared());
     EXPECT_EQ(child.reportedExit(), killed);
@@ -158,8 +156,7 @@ TEST_F(ChildStopTest, a_stop_kills_a_child_that_resists_after_the_patience) {
 }
 
 TEST_F(ChildStopTest, two_stops_are_one) {
-    RunningChild child({"ignore-term"});
-    ASSERT_EQ(child.line(), "ready");
+    ReadyChild child("ignore-term");
     platform::stopChild(child.shared(), 20ms);
     platform::stopChild(child.shared(), 30ms);
     EXPECT_EQ(child.reportedExit(), killed);
@@ -167,8 +164,7 @@ TEST_F(ChildStopTest, two_stops_are_one) {
 
 TEST_F(ChildStopTest, any_number_of_threads_may_stop_one_child) {
     for (int round = 0; round < 20; ++round) {
-        RunningChild child({"leave-behind"});
-        ASSERT_EQ(child.line(), "ready");
+        ReadyChild child("leave-behind");
         std::vector<std::thread> stopping;
         stopping.reserve(4);
         for (int number = 0; number < 4; ++number) {

@@ -1,4 +1,4 @@
-#include "WaitUntil.h"
+#include "TurnUntil.h"
 #include "platform/Threads.h"
 
 #include <QCoreApplication>
@@ -14,16 +14,9 @@
 
 namespace {
 
-// An application for one test, whose event loop turns as long as there is something to do.
+// An application for one test.
 class MainQueueTest : public testing::Test {
 protected:
-    bool turnUntil(const std::function<bool()>& holds) {
-        return waitUntil([&] {
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-            return holds();
-        });
-    }
-
     int count_ = 0;
     std::unique_ptr<QCoreApplication> application_ =
         std::make_unique<QCoreApplication>(count_, nullptr);
@@ -172,10 +165,7 @@ TEST(MainQueueDeathTest, work_posted_before_there_is_an_application_waits_for_it
             platform::postToMain([&] { ran += 10; });
             int count = 0;
             const QCoreApplication application(count, nullptr);
-            waitUntil([&] {
-                QCoreApplication::processEvents();
-                return ran == 11;
-            });
+            turnUntil([&] { return ran == 11; });
             std::_Exit(ran);
         },
         testing::ExitedWithCode(11), "");

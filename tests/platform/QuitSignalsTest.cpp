@@ -1,7 +1,7 @@
 #include "platform/QuitSignals.h"
 
 #include "RunningChild.h"
-#include "WaitUntil.h"
+#include "TurnUntil.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -32,10 +32,7 @@ protected:
     static void turn() { QCoreApplication::processEvents(); }
 
     static bool turnUntilRequested() {
-        return waitUntil([] {
-            turn();
-            return requests > 0;
-        });
+        return turnUntil([] { return requests > 0; });
     }
 
     inline static int requests = 0;
@@ -108,10 +105,7 @@ TEST_F(QuitSignalsTest, the_last_one_who_takes_them_is_asked) {
     int later = 0;
     std::raise(SIGTERM); // on its way meanwhile
     platform::takeQuitSignals([&] { ++later; });
-    EXPECT_TRUE(waitUntil([&] {
-        turn();
-        return later > 0;
-    }));
+    EXPECT_TRUE(turnUntil([&] { return later > 0; }));
     EXPECT_EQ(later, 1);
     EXPECT_EQ(requests, 0);
     platform::takeQuitSignals([] {});

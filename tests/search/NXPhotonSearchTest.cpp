@@ -2,7 +2,7 @@
 
 #include "ChildTest.h"
 #include "TemporaryFolder.h"
-#include "WaitUntil.h"
+#include "TurnUntil.h"
 
 #include <QCoreApplication>
 
@@ -13,9 +13,9 @@
 #include <thread>
 
 using namespace Qt::StringLiterals;
-
 using namespace std::chrono_literals;
 using namespace search;
+using platform::ChildExit;
 
 namespace {
 
@@ -49,13 +49,6 @@ protected:
             message_ = message;
             onMainThread_ = std::this_thread::get_id() == mainThread_;
         };
-    }
-
-    bool turnUntil(const std::function<bool()>& holds) {
-        return waitUntil([&] {
-            QCoreApplication::processEvents();
-            return holds();
-        });
     }
 
     // Starts the request, waits for what it delivers, and for a second delivery that must not come:
@@ -168,8 +161,7 @@ TEST_F(NXPhotonSearchTest, a_flood_that_resists_the_request_to_end_is_killed) {
     const auto search = searchWith("exec \"$HELPER\" flood-ignoring-term");
     runToTheEnd(search);
     expectFailure(SearchFailure::TooLarge);
-    EXPECT_EQ(search->task()->waitForExit(),
-              (platform::ChildExit{platform::ChildExit::Kind::Signalled, SIGKILL}));
+    EXPECT_EQ(search->task()->waitForExit(), (ChildExit{ChildExit::Kind::Signalled, SIGKILL}));
 }
 
 TEST_F(NXPhotonSearchTest, a_flood_finds_its_pipe_closed_before_it_is_waited_for) {
@@ -177,8 +169,7 @@ TEST_F(NXPhotonSearchTest, a_flood_finds_its_pipe_closed_before_it_is_waited_for
     const auto search = searchWith("trap '' TERM; exec \"$HELPER\" flood");
     runToTheEnd(search);
     expectFailure(SearchFailure::TooLarge);
-    EXPECT_EQ(search->task()->waitForExit(),
-              (platform::ChildExit{platform::ChildExit::Kind::Signalled, SIGPIPE}));
+    EXPECT_EQ(search->task()->waitForExit(), (ChildExit{ChildExit::Kind::Signalled, SIGPIPE}));
 }
 
 TEST_F(NXPhotonSearchTest, a_process_that_holds_the_pipe_open_keeps_nobody_waiting) {
@@ -200,8 +191,7 @@ TEST_F(NXPhotonSearchTest, a_child_that_still_runs_when_the_time_is_up_is_stoppe
     const auto search = searchWith("exec \"$HELPER\" hang", 100ms);
     runToTheEnd(search);
     expectFailure(SearchFailure::TimedOut);
-    EXPECT_EQ(search->task()->waitForExit(),
-              (platform::ChildExit{platform::ChildExit::Kind::Signalled, SIGTERM}));
+    EXPECT_EQ(search->task()->waitForExit(), (ChildExit{ChildExit::Kind::Signalled, SIGTERM}));
     EXPECT_FALSE(search->finish(QByteArray("late"), QString()));
     QCoreApplication::processEvents();
     EXPECT_EQ(deliveries_, 1);
@@ -230,8 +220,7 @@ TEST_F(NXPhotonSearchTest, a_cancel_before_the_end_delivers_nothing_and_stops_th
     EXPECT_TRUE(search->cancelled());
     EXPECT_FALSE(search->completed());
     EXPECT_FALSE(search->completion());
-    EXPECT_EQ(child->waitForExit(),
-              (platform::ChildExit{platform::ChildExit::Kind::Signalled, SIGTERM}));
+    EXPECT_EQ(child->waitForExit(), (ChildExit{ChildExit::Kind::Signalled, SIGTERM}));
     EXPECT_FALSE(search->finish(QByteArray("late"), QString()));
     search.reset();
     // Gone only after the watchdog, which had nothing to do.

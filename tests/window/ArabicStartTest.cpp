@@ -6,9 +6,6 @@
 
 #include <QMenuBar>
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 const ProgramLanguage programLanguage{"ar", ""};
 
 namespace {

@@ -13,9 +13,6 @@
 
 #include <cmath>
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 const ProgramLanguage programLanguage{"de", "de"};
 
 namespace {

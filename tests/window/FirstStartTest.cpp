@@ -2,9 +2,6 @@
 
 #include "LanguageWindowTest.h"
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 const ProgramLanguage programLanguage{"", "xx:fr_CA:de"};
 
 namespace {
@@ -36,17 +33,13 @@ TEST_F(FirstStartTest, the_systems_language_is_stored_before_the_window_shows) {
 TEST_F(FirstStartTest, the_language_dialog_opens_on_french_and_not_on_automatic) {
     start();
     EXPECT_EQ(stored(), "fr\n");
-    openDialog();
-    EXPECT_EQ(languages()->currentText(), u"Français"_s);
-    pressOther();
+    expectDialogOn(u"Français"_s);
 }
 
 TEST_F(FirstStartTest, also_where_the_first_start_could_not_store_it) {
     start();
     std::filesystem::remove(file());
-    openDialog();
-    EXPECT_EQ(languages()->currentText(), u"Français"_s);
-    pressOther();
+    expectDialogOn(u"Français"_s);
     EXPECT_FALSE(std::filesystem::exists(file()));
 }
 
@@ -54,9 +47,7 @@ TEST_F(FirstStartTest, without_a_home_it_still_opens_on_french) {
     start();
     const QByteArray home = qgetenv("HOME");
     qunsetenv("HOME");
-    openDialog();
-    EXPECT_EQ(languages()->currentText(), u"Français"_s);
-    pressOther();
+    expectDialogOn(u"Français"_s);
     qputenv("HOME", home);
 }
 

@@ -16,8 +16,6 @@
 
 #include <span>
 
-using namespace Qt::StringLiterals;
-using namespace app;
 using namespace localization;
 
 namespace {
@@ -104,17 +102,10 @@ protected:
     void SetUp() override {
         SearchWindowTest::SetUp();
         start(GetParam().mode);
-        resizeContent();
+        resizeContent(GetParam().size);
     }
 
     static bool isRoute() { return GetParam().mode == Mode::Route; }
-
-    void resizeContent() {
-        const QSize size = GetParam().size;
-        window()->resize(size + (window()->size() - window()->centralWidget()->size()));
-        settle();
-        ASSERT_EQ(window()->centralWidget()->size(), size);
-    }
 
     // Measures everything that can be seen, and keeps a picture of it.
     void look(const QString& state) {

@@ -10,8 +10,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-using namespace Qt::StringLiterals;
-
 Geocoder& Geocoder::shared() {
     // Owned by the test framework, like every environment.
     static auto* const one = new Geocoder;

@@ -3,9 +3,6 @@
 #include "WindowTest.h"
 #include "look/controls/Glyphs.h"
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 namespace {
 
 constexpr QSize natural(820, 760);
@@ -16,19 +13,10 @@ protected:
     // Opens the window with a content of this size.
     void startAt(Mode mode, QSize content) {
         start(mode);
-        window()->resize(content + (window()->size() - window()->centralWidget()->size()));
-        settle();
-        ASSERT_EQ(window()->centralWidget()->size(), content);
+        resizeContent(content);
     }
 
-    QRect title() const {
-        for (const look::Label* label : window()->findChildren<look::Label*>())
-            if (label->text() == u"Norvaxel 3D"_s)
-                return place(label);
-        return {};
-    }
-
-    // The caption before a control of the same row.
+    // The label of this text: the title, or the caption before a control of the same row.
     QRect caption(const QString& text) const {
         for (const look::Label* label : window()->findChildren<look::Label*>())
             if (label->text() == text)
@@ -38,8 +26,8 @@ protected:
 
     void expectHeaderAndSearch(int lessWidth) {
         EXPECT_EQ(place(window()->findChild<look::BuildingGlyph*>()), QRect(22, 23, 34, 34));
-        EXPECT_EQ(title().topLeft(), QPoint(66, 16));
-        EXPECT_EQ(title().height(), 31);
+        EXPECT_EQ(caption(u"Norvaxel 3D"_s).topLeft(), QPoint(66, 16));
+        EXPECT_EQ(caption(u"Norvaxel 3D"_s).height(), 31);
         EXPECT_EQ(place("subtitle").topLeft(), QPoint(66, 49));
         EXPECT_EQ(place("subtitle").height(), 16);
         EXPECT_EQ(place("mode"), QRect(22, 75, 204, 30));

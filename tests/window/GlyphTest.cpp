@@ -8,9 +8,6 @@
 #include <QRawFont>
 #include <QTextLayout>
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 namespace {
 
 // Whether the font, or one that stands in for it, has a picture of its own for every letter.

@@ -12,9 +12,6 @@
 #include <unistd.h>
 #endif
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 namespace {
 
 struct Name {

@@ -4,9 +4,6 @@
 
 #include <QJsonArray>
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 namespace {
 
 using ImportTest = SearchWindowTest;

@@ -1,8 +1,5 @@
 #include "JobWindowTest.h"
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 const ShownJob placeJob{
     .name = "place",
     .mode = NXImportApp::Mode::Place,

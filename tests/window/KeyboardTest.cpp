@@ -10,9 +10,6 @@
 #include <QMenu>
 #include <QMenuBar>
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 const ProgramLanguage programLanguage{"de", ""};
 
 namespace {

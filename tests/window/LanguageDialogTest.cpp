@@ -6,8 +6,6 @@
 
 #include <QListView>
 
-using namespace Qt::StringLiterals;
-using namespace app;
 using namespace localization;
 
 const ProgramLanguage programLanguage{"de", ""};
@@ -95,9 +93,7 @@ TEST_F(LanguageDialogTest, it_opens_on_the_stored_language) {
     start();
     for (const std::string_view code : nxui::languageCodes) {
         store(code);
-        openDialog();
-        EXPECT_EQ(languages()->currentIndex(), itemOf(code)) << code;
-        pressOther();
+        expectDialogOn(names.at(itemOf(code) - 1));
     }
 }
 
@@ -105,14 +101,10 @@ TEST_F(LanguageDialogTest, without_a_stored_language_it_opens_on_the_running_one
     start();
     qputenv("LANGUAGE", "ja");
     std::filesystem::remove(file());
-    openDialog();
-    EXPECT_EQ(languages()->currentText(), u"Deutsch"_s);
-    pressOther();
+    expectDialogOn(u"Deutsch"_s);
     // Nothing in the file is repaired.
     write(file(), "Japanese\n");
-    openDialog();
-    EXPECT_EQ(languages()->currentText(), u"Deutsch"_s);
-    pressOther();
+    expectDialogOn(u"Deutsch"_s);
 }
 
 TEST_F(LanguageDialogTest, each_language_is_stored_and_confirmed_in_itself) {
@@ -178,9 +170,7 @@ TEST_F(LanguageDialogTest, automatic_is_resolved_now) {
         expectConfirmation(std::string(code, 2));
     }
     qputenv("LANGUAGE", "pl");
-    openDialog();
-    EXPECT_EQ(languages()->currentText(), u"English"_s) << "it does not follow the system later";
-    pressOther();
+    expectDialogOn(u"English"_s); // it does not follow the system later
 }
 
 TEST_F(LanguageDialogTest, only_this_variants_file_is_written) {
@@ -319,27 +309,25 @@ TEST_F(LanguageDialogTest, what_cannot_be_saved_is_told_by_the_status_alone) {
 }
 
 TEST_F(LanguageDialogTest, nothing_happens_while_the_window_is_busy) {
+    const auto expectNothing = [this](const QString& said) {
+        EXPECT_FALSE(control("languageButton")->isEnabled());
+        click(button("languageButton"));
+        Q_EMIT button("languageButton")->clicked();
+        EXPECT_EQ(alert(), nullptr);
+        EXPECT_EQ(status(), said);
+        click(button("cancelButton"));
+    };
     geocoder.behave({{"hang"_L1, true}});
     start();
     search(u"Berlin"_s);
-    EXPECT_FALSE(control("languageButton")->isEnabled());
-    click(button("languageButton"));
-    Q_EMIT button("languageButton")->clicked();
-    EXPECT_EQ(alert(), nullptr);
-    EXPECT_EQ(status(), says::searching);
-    click(button("cancelButton"));
+    expectNothing(says::searching);
 
     geocoder.reset();
     importer->useStandIn("60");
     searchResults(u"Berlin"_s);
     clickRow(0);
     click(button("downloadButton"));
-    EXPECT_FALSE(control("languageButton")->isEnabled());
-    click(button("languageButton"));
-    Q_EMIT button("languageButton")->clicked();
-    EXPECT_EQ(alert(), nullptr);
-    EXPECT_EQ(status(), says::loading);
-    click(button("cancelButton"));
+    expectNothing(says::loading);
     ASSERT_EVENTUALLY(!isBusy());
     openDialog();
     pressOther();

@@ -2,7 +2,6 @@
 
 #include "WindowTest.h"
 #include "localization/Language.h"
-using namespace app;
 
 // Base of the tests of the language dialog. Each ends with the stored language and the system's
 // languages as they were before it.
@@ -55,6 +54,12 @@ protected:
         click(dialog()->otherButton());
         settle();
         EXPECT_EQ(dialog(), nullptr);
+    }
+    // It opens on the language of that name, and is cancelled.
+    void expectDialogOn(const QString& name) {
+        openDialog();
+        EXPECT_EQ(languages()->currentText(), name);
+        pressOther();
     }
     void pressKey(Qt::Key key) {
         WindowTest::key(dialog()->focusWidget() ? dialog()->focusWidget() : dialog(), key);

@@ -7,9 +7,6 @@
 #include <QMenu>
 #include <QMenuBar>
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 const ProgramLanguage programLanguage{"de", "de"};
 
 namespace {

@@ -2,9 +2,6 @@
 
 #include "SearchWindowTest.h"
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 const ProgramLanguage programLanguage{"de", ""};
 
 namespace {

@@ -4,8 +4,6 @@
 
 #include <QJsonArray>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class RouteTest : public SearchWindowTest {

@@ -16,8 +16,6 @@
 
 #include <cmath>
 
-using namespace Qt::StringLiterals;
-using namespace app;
 using namespace localization;
 
 const ProgramLanguage programLanguage{"de", "de"};
@@ -32,6 +30,12 @@ double scale() {
 // Where a logical coordinate lies in device pixels.
 int device(double logical) {
     return int(std::round(logical * scale()));
+}
+
+// The device pixels that an area fills.
+QRect device(const QRect& area) {
+    return {QPoint(device(area.left()), device(area.top())),
+            QPoint(device(area.left() + area.width()) - 1, device(area.top() + area.height()) - 1)};
 }
 
 // One logical pixel's line.
@@ -93,25 +97,25 @@ struct Edge {
     QRgb inside;
 };
 
-// A way over each side of an area, in its middle: from outside inwards, in device pixels.
+// A way over each side of an area, in its middle: from outside inwards. All in device pixels.
 struct Crossing {
     std::string side;
     QPoint from;
     QPoint to;
 };
 
-std::array<Crossing, 4> crossings(const QRect& area, int inwards) {
-    const int left = device(area.left());
-    const int top = device(area.top());
-    const int right = device(area.left() + area.width()) - 1;
-    const int bottom = device(area.top() + area.height()) - 1;
-    const int x = (left + right) / 2;
-    const int y = (top + bottom) / 2;
+std::array<Crossing, 4> crossings(const QRect& edges, int inwards) {
+    const int x = edges.center().x();
+    const int y = edges.center().y();
     const int out = device(2);
-    return {{{"left", {left - out, y}, {left + inwards, y}},
-             {"right", {right + out, y}, {right - inwards, y}},
-             {"top", {x, top - out}, {x, top + inwards}},
-             {"bottom", {x, bottom + out}, {x, bottom - inwards}}}};
+    return {{{"left", {edges.left() - out, y}, {edges.left() + inwards, y}},
+             {"right", {edges.right() + out, y}, {edges.right() - inwards, y}},
+             {"top", {x, edges.top() - out}, {x, edges.top() + inwards}},
+             {"bottom", {x, edges.bottom() + out}, {x, edges.bottom() - inwards}}}};
+}
+
+QRect inWindow(const QWidget* widget) {
+    return {widget->mapTo(widget->window(), QPoint()), widget->size()};
 }
 
 class ScaleTest : public SearchWindowTest {
@@ -120,7 +124,7 @@ protected:
     static void expectBorder(const QImage& picture, const QRect& area, const Edge& edge,
                              const std::string& what) {
         // Inwards not far: a row's highlight starts at 3.
-        for (const Crossing& each : crossings(area, device(2) - 1))
+        for (const Crossing& each : crossings(device(area), device(2) - 1))
             expectEdge(picture, each.from, each.to, edge, what + ' ' + each.side);
     }
 
@@ -137,7 +141,7 @@ protected:
 
     // A button's face: filled to its edge, lit at the top only.
     static void expectFace(const QImage& picture, const QRect& area, const std::string& what) {
-        for (const Crossing& each : crossings(area, device(4))) {
+        for (const Crossing& each : crossings(device(area), device(4))) {
             const bool isTop = each.side == "top";
             const std::vector<Stretch> found = stretches(picture, each.from, each.to);
             ASSERT_EQ(found.size(), isTop ? 3U : 2U)
@@ -147,10 +151,6 @@ protected:
             EXPECT_TRUE(!isTop || found[1].length == lineWidth())
                 << what << ": " << describe(found);
         }
-    }
-
-    QRect inWindow(const QWidget* widget) const {
-        return {widget->mapTo(widget->window(), QPoint()), widget->size()};
     }
 
     // All borders and faces of the window, of which no control has a ring.
@@ -189,22 +189,18 @@ protected:
     // The flat feet of letters: the last row of them has the whole colour, the next has nothing.
     void expectBaseline(QWidget* widget, const QRect& part, const char* what) {
         const QImage picture = onScreen(widget->window());
-        const QPoint origin = widget->mapTo(widget->window(), part.topLeft());
-        const int left = device(origin.x());
-        const int right = device(origin.x() + part.width());
-        const int top = device(origin.y());
-        const int bottom = device(origin.y() + part.height());
-        const QRgb ground = picture.pixel(left, top);
-        const QRgb ink = extreme(picture, {QPoint(left, top), QPoint(right - 1, bottom - 1)});
+        const QRect area = device(part.translated(inWindow(widget).topLeft()));
+        const QRgb ground = picture.pixel(area.topLeft());
+        const QRgb ink = extreme(picture, area);
         int last = -1;
-        for (int y = top; y < bottom; ++y) {
-            for (int x = left; x < right; ++x)
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x)
                 if (!isClose(picture.pixel(x, y), ground))
                     last = y;
         }
-        ASSERT_GT(last, top) << what << ": no text";
+        ASSERT_GT(last, area.top()) << what << ": no text";
         int full = 0;
-        for (int x = left; x < right; ++x)
+        for (int x = area.left(); x <= area.right(); ++x)
             full += isClose(picture.pixel(x, last), ink);
         EXPECT_GE(full, int(8 * scale())) << what << ": the baseline is blurred";
     }
@@ -229,10 +225,9 @@ protected:
         painter.end();
         // Half a tone is the rim of a letter.
         const int half = (qGray(ink) + qGray(look::colours::window)) / 2;
-        const int above = device(area.top());
-        const int below = device(area.top() + area.height());
-        for (int y : {above - 2, above - 1, below, below + 1}) {
-            for (int x = device(area.left()); x < device(area.left() + area.width()); ++x) {
+        const QRect own = device(area);
+        for (int y : {own.top() - 2, own.top() - 1, own.bottom() + 1, own.bottom() + 2}) {
+            for (int x = own.left(); x <= own.right(); ++x) {
                 if (qGray(freely.pixel(x, y)) > half) {
                     ADD_FAILURE() << label->text().toStdString() << " at " << area.top() << ": "
                                   << (y < area.center().y() * scale() ? "head" : "tail")
@@ -414,53 +409,34 @@ TEST_F(ScaleTest, a_ring_is_sharp_on_both_sides) {
         const QImage picture = onScreen(window());
         const QRect area = inWindow(ringed);
         const int middle = device(area.center().x());
-        const int top = device(area.top());
-        const std::vector<Stretch> above = stretches(
-            picture, {middle, device(area.top() - 3) - device(2)}, {middle, top + device(3)});
+        const QRect edges = device(area);
+        const std::vector<Stretch> above =
+            stretches(picture, {middle, device(area.top() - 3) - device(2)},
+                      {middle, edges.top() + device(3)});
         ASSERT_EQ(above.size(), 5U) << name << ": " << describe(above);
         EXPECT_TRUE(isClose(above[1].colour, look::colours::focusRing)) << describe(above);
         EXPECT_TRUE(isClose(above[2].colour, look::colours::focusRingInner)) << describe(above);
         EXPECT_EQ(above[1].length, device(area.top() - 1) - device(area.top() - 3))
             << describe(above);
-        EXPECT_EQ(above[2].length, top - device(area.top() - 1)) << describe(above);
+        EXPECT_EQ(above[2].length, edges.top() - device(area.top() - 1)) << describe(above);
         EXPECT_EQ(above[3].length, lineWidth()) << describe(above);
-        const int bottom = device(area.top() + area.height()) - 1;
         const int end = device(area.top() + area.height() + 3) - 1;
         const std::vector<Stretch> below =
-            stretches(picture, {middle, end + device(2)}, {middle, bottom - device(3)});
+            stretches(picture, {middle, end + device(2)}, {middle, edges.bottom() - device(3)});
         ASSERT_EQ(below.size(), 5U) << name << ": " << describe(below);
-        EXPECT_EQ(below[1].length + below[2].length, end - bottom) << describe(below);
+        EXPECT_EQ(below[1].length + below[2].length, end - edges.bottom()) << describe(below);
     }
-}
-
-// A widget as its window has sent it to the screen.
-QImage partOnScreen(const QWidget* shown) {
-    const QPoint from = shown->mapTo(shown->window(), QPoint());
-    const QPoint to = from + QPoint(shown->width(), shown->height());
-    return onScreen(shown->window())
-        .copy(QRect(QPoint(device(from.x()), device(from.y())),
-                    QPoint(device(to.x()) - 1, device(to.y()) - 1)));
 }
 
 // As high as its texts make it: its last line must not fall off the last pixel.
 void expectWindowBorder(QWidget* shown, QRgb line, QRgb fill, const char* what) {
-    const QImage picture = partOnScreen(shown);
-    const int x = picture.width() / 2;
-    const int y = picture.height() / 2;
-    const int in = device(4);
-    const struct {
-        QPoint from;
-        QPoint to;
-        const char* side;
-    } sides[] = {{{x, 0}, {x, in}, "top"},
-                 {{x, picture.height() - 1}, {x, picture.height() - 1 - in}, "bottom"},
-                 {{0, y}, {in, y}, "left"},
-                 {{picture.width() - 1, y}, {picture.width() - 1 - in, y}, "right"}};
-    for (const auto& side : sides) {
-        const std::vector<Stretch> found = stretches(picture, side.from, side.to);
+    // The widget alone: a way begins at its first pixel.
+    const QImage picture = onScreen(shown->window()).copy(device(inWindow(shown)));
+    for (const Crossing& each : crossings(picture.rect(), device(4))) {
+        const std::vector<Stretch> found = stretches(picture, each.from, each.to);
         const bool isSharp = found.size() == 2 && isClose(found[0].colour, line) &&
                              found[0].length == lineWidth() && isClose(found[1].colour, fill);
-        EXPECT_TRUE(isSharp) << what << ' ' << side.side << ": " << describe(found);
+        EXPECT_TRUE(isSharp) << what << ' ' << each.side << ": " << describe(found);
     }
 }
 

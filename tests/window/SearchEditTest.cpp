@@ -9,9 +9,6 @@
 #include <QInputMethodEvent>
 #include <QMimeData>
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 namespace {
 
 // Ways to change the text of a field.

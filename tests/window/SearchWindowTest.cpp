@@ -1,8 +1,5 @@
 #include "SearchWindowTest.h"
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 void SearchWindowTest::SetUp() {
     WindowTest::SetUp();
     geocoder.reset();

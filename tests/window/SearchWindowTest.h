@@ -3,9 +3,6 @@
 #include "Geocoder.h"
 #include "WindowTest.h"
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 // Base of the tests that search: finds places of any name and makes them stations, by real events.
 // The geocoder knows nothing of an earlier test.
 class SearchWindowTest : public WindowTest {

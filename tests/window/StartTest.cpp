@@ -6,9 +6,6 @@
 #include <QLineEdit>
 #include <QMenuBar>
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 const ProgramLanguage programLanguage{"de", ""};
 
 namespace {

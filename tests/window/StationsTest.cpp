@@ -4,9 +4,6 @@
 
 #include <QScrollBar>
 
-using namespace Qt::StringLiterals;
-using namespace app;
-
 const ProgramLanguage programLanguage{"de", ""};
 
 namespace {

@@ -7,7 +7,6 @@
 #include <QClipboard>
 #include <QHelpEvent>
 #include <QTimer>
-using namespace app;
 
 void settle() {
     QCoreApplication::sendPostedEvents();
@@ -61,6 +60,12 @@ void WindowTest::end() {
 
 QList<QRadioButton*> WindowTest::segments(const char* name) const {
     return control<look::Segments>(name)->findChildren<QRadioButton*>();
+}
+
+void WindowTest::resizeContent(QSize size) {
+    window()->resize(size + (window()->size() - window()->centralWidget()->size()));
+    settle();
+    ASSERT_EQ(window()->centralWidget()->size(), size);
 }
 
 QRect WindowTest::place(const QWidget* widget) const {
@@ -147,13 +152,14 @@ void WindowTest::closeAlert() {
     EXPECT_EQ(alert(), nullptr);
 }
 
-int WindowTest::runToTheEnd(const std::function<void()>& act) {
+void WindowTest::runToTheEnd(const std::function<void()>& act) {
     constexpr int gaveUp = 99;
     QTimer::singleShot(0, window(), act);
     QTimer giveUp;
     giveUp.callOnTimeout([] { QCoreApplication::exit(gaveUp); });
     giveUp.start(std::chrono::seconds(60));
-    return QCoreApplication::exec();
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+    EXPECT_FALSE(window()->isVisible());
 }
 
 QDir WindowTest::temporaryFolder() const {

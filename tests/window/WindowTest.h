@@ -68,6 +68,8 @@ protected:
     // The segments of a control, from the first to the last.
     QList<QRadioButton*> segments(const char* name) const;
 
+    // Gives the window's content this size.
+    void resizeContent(QSize size);
     // Where a control lies on the window's content.
     QRect place(const QWidget* widget) const;
     QRect place(const char* name) const { return place(control(name)); }
@@ -98,9 +100,9 @@ protected:
     look::Panel* alert() const;
     // Answers the alert with its prominent button; it goes.
     void closeAlert();
-    // Runs the program until it ends; `act` is called as soon as it runs. Returns its exit status,
-    // or another one if it does not end.
-    int runToTheEnd(const std::function<void()>& act);
+    // Runs the program until it ends, with status 0 and without a window; `act` is called as soon
+    // as it runs.
+    void runToTheEnd(const std::function<void()>& act);
     QDir temporaryFolder() const;
     QDir supportFolder() const;
 
