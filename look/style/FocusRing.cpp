@@ -44,8 +44,7 @@ public:
         QWidget* focus = QApplication::focusWidget();
         if (focus && focus->window()->windowType() == Qt::Popup)
             return; // an open menu belongs to the control that wears the ring
-        QWidget* control =
-            focus && focus->isActiveWindow() ? ringedBy(focus, isFromKeyboard_) : nullptr;
+        QWidget* control = focus ? ringedBy(focus, isFromKeyboard_) : nullptr;
         if (control && !frame_)
             frame_ = new QFocusFrame(control->window());
         if (frame_)
