@@ -71,13 +71,13 @@ std::vector<std::string> systemLanguages() {
     struct Release {
         void operator()(CFArrayRef list) const { CFRelease(list); }
     };
-    const std::unique_ptr<const __CFArray, Release> languages(CFLocaleCopyPreferredLanguages());
-    if (!languages)
+    const std::unique_ptr<const __CFArray, Release> preferred(CFLocaleCopyPreferredLanguages());
+    if (!preferred)
         return {};
     std::vector<std::string> tags;
-    const CFIndex count = CFArrayGetCount(languages.get());
+    const CFIndex count = CFArrayGetCount(preferred.get());
     for (CFIndex position = 0; position < count; ++position) {
-        const CFTypeRef element = CFArrayGetValueAtIndex(languages.get(), position);
+        const CFTypeRef element = CFArrayGetValueAtIndex(preferred.get(), position);
         if (!element || CFGetTypeID(element) != CFStringGetTypeID())
             continue;
         std::array<char, 256> text;

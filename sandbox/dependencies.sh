@@ -71,12 +71,16 @@ TEXT
     return 1
 }
 
-# norvaxel_prepare run|headless|test|check: everything that this needs is there afterwards, or it fails.
+# norvaxel_prepare run|headless|test|check|macos: everything that this needs is there afterwards, or it fails.
 norvaxel_prepare() {
     local packages=("${RUN_PACKAGES[@]}") commands=("${RUN_COMMANDS[@]}")
     if [[ $1 == check ]]; then
         packages+=("${CHECK_PACKAGES[@]}")
         commands+=("${CHECK_COMMANDS[@]}")
+    elif [[ $1 == macos ]]; then
+        packages+=(libbenchmark-dev)
+        commands+=(npm)
+        command -v npm >/dev/null || packages+=(npm)
     elif [[ $1 != run ]]; then
         packages+=("${HEADLESS_PACKAGES[@]}")
         commands+=("${HEADLESS_COMMANDS[@]}")

@@ -84,6 +84,14 @@ def release(files):
     return in_bench("--log-level=WARNING", "--preset", "bench") or in_bench("--build", "--preset", "bench")
 
 
+def commands():
+    """The compile commands of the product's sources, once for each; the preset must be configured."""
+    for each in json.loads((ROOT / "build/bench/compile_commands.json").read_text(encoding="utf-8")):
+        source = pathlib.Path(each["file"])
+        if source.is_relative_to(ROOT) and source.relative_to(ROOT).parts[0] in STANDS_ON:
+            yield source.relative_to(ROOT).as_posix(), each["command"]
+
+
 def tidy(files):
     """clang-tidy 19 finds nothing of the list in .clang-tidy, in the product's sources and headers.
 
@@ -91,9 +99,7 @@ def tidy(files):
     """
     if faults := in_bench("--log-level=WARNING", "--preset", "bench"):
         return faults
-    commands = json.loads((ROOT / "build/bench/compile_commands.json").read_text(encoding="utf-8"))
-    compiled = {pathlib.Path(each["file"]) for each in commands}
-    sources = sorted(name for name in of_floors(files, ".cpp") if ROOT / name in compiled)
+    sources = sorted({source for source, _ in commands()} & of_floors(files, ".cpp").keys())
 
     def of_one(source):
         one = subprocess.run(["clang-tidy-19", "-p", "build/bench", "--quiet", source], cwd=ROOT, text=True,
