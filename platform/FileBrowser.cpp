@@ -9,8 +9,6 @@
 #include <QStringList>
 #include <QUrl>
 
-#include <limits>
-
 using namespace Qt::StringLiterals;
 
 #ifndef Q_OS_MACOS
@@ -18,7 +16,7 @@ namespace {
 
 // However long a file manager takes, it has been asked: its window still comes. Who has ended
 // without an answer, or cannot be started, the bus itself reports.
-constexpr int patience = std::numeric_limits<int>::max(); // the bus library's word for no limit
+constexpr int patience = 0x7fffffff; // the bus library's word for no limit
 
 void openFolderOf(const QString& path) {
     QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).path()));
