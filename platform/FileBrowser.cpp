@@ -14,7 +14,9 @@ using namespace Qt::StringLiterals;
 #ifndef Q_OS_MACOS
 namespace {
 
-constexpr int patience = 2000; // ms
+// However long a file manager takes, it has been asked: its window still comes. Who has ended
+// without an answer, or cannot be started, the bus itself reports.
+constexpr int patience = 0x7fffffff; // the bus library's word for no limit
 
 void openFolderOf(const QString& path) {
     QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).path()));

@@ -1,4 +1,5 @@
 """“Ordner zeigen”: what the desktop's file manager is asked, and what is opened where there is none."""
+import time
 import unittest
 import urllib.parse
 
@@ -17,6 +18,8 @@ class FileManager:
 
     def __init__(self, case):
         self.asked = []
+        self.waiting = []  # what has had no answer so far
+        self.is_slow = False
         self._context = GLib.MainContext.default()
         self._bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         (interface,) = Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces
@@ -31,7 +34,10 @@ class FileManager:
 
     def _called(self, _bus, _sender, _path, _interface, _method, arguments, invocation):
         self.asked.append(arguments.unpack())
-        invocation.return_value(None)
+        if self.is_slow:
+            self.waiting.append(invocation)
+        else:
+            invocation.return_value(None)
 
     def has_been_asked(self):
         while self._context.iteration(False):
@@ -93,6 +99,21 @@ class ShowFolder(RouteCase):
             self.window.press(w.FINDER)
             w.until(lambda: len(manager.has_been_asked()) == number, "the file manager is asked again")
             self.assert_address(manager.asked[-1][0][0], route / "route.nxd")
+        self.assertFalse(self.opened.exists(), "the folder is not opened as well")
+
+    def test_a_slow_file_manager_is_not_helped_out(self):
+        manager = FileManager(self)
+        manager.is_slow = True
+        self.import_place()
+        self.window.press(w.FINDER)
+        w.until(manager.has_been_asked, "the file manager is asked")
+        # Longer than a file manager takes that has to be read from a disk first.
+        asked = time.monotonic()
+        w.until(lambda: self.opened.exists() or time.monotonic() > asked + 6, "six seconds pass")
+        manager.waiting[0].return_value(None)
+        self.window.press(w.FINDER)
+        w.until(lambda: len(manager.has_been_asked()) == 2, "the file manager is asked again")
+        manager.waiting[1].return_value(None)
         self.assertFalse(self.opened.exists(), "the folder is not opened as well")
 
     def test_without_a_file_manager_the_folder_is_opened(self):
