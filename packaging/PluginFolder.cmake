@@ -11,6 +11,7 @@ target_link_options(${program} PRIVATE -Wl,--disable-new-dtags)
 set(qt_plugins
     platforms/libqxcb.so platforms/libqwayland-generic.so
     wayland-shell-integration/libxdg-shell.so wayland-decoration-client/libbradient.so
+    wayland-graphics-integration-client/libqt-plugin-wayland-egl.so # unasked for, but its absence is complained of
     platforminputcontexts/libcomposeplatforminputcontextplugin.so
     platforminputcontexts/libibusplatforminputcontextplugin.so)
 # What every machine with a desktop has, and what must be its own: the C and C++ runtimes, the display's

@@ -77,10 +77,14 @@ class BlackBox(unittest.TestCase):
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
         self.bin, self.home, self.data, self.temporary = (
             self.folder / name for name in ("bin", "home", "data", "temporary"))
-        for each in (self.bin, self.home, self.data, self.temporary):
+        for each in (self.home, self.data, self.temporary):
             each.mkdir(mode=0o700)
+        if (PROGRAM.parent / "qt.conf").exists():  # it is found beside the program, and the rest by it
+            shutil.copytree(PROGRAM.parent, self.bin, copy_function=os.link)
+        else:
+            self.bin.mkdir(mode=0o700)
+            shutil.copy2(PROGRAM, self.bin)
         self.importer = self.bin / STAND_IN.name
-        shutil.copy2(PROGRAM, self.bin / PROGRAM.name)
         shutil.copy2(STAND_IN, self.importer)
         self.record_file = self.folder / "importer.jsonl"
         self.behaviour_file = self.folder / "behaviour.json"
