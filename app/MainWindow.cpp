@@ -18,7 +18,10 @@
 
 #include <QBoxLayout>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QGuiApplication>
+#include <QMenu>
 #include <QScreen>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -341,6 +344,23 @@ void MainWindow::showAlert(const QString& title, const QString& message, const Q
     auto* alert = new look::Panel(look::PanelKind::Alert, title, message, pages_);
     alert->setButtons(button);
     alert->open();
+}
+
+// What the window says last can be copied: the text of an open panel, or else the status. The menu
+// key leads to it from every control that has no menu of its own, so that the text, which can do
+// nothing else, is no stop on the way of Tab.
+void MainWindow::contextMenuEvent(QContextMenuEvent* event) {
+    const auto* panel = pages_->currentWidget()->findChild<look::Panel*>();
+    const Label* said = panel ? panel->information() : status;
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    event->setAccepted(isByKey || said->rect().contains(said->mapFromGlobal(event->globalPos())));
+    if (!event->isAccepted())
+        return;
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(look::literal(NXLocal(u"Kopieren"_s)), said,
+                    [said] { QGuiApplication::clipboard()->setText(said->text()); });
+    menu->popup(isByKey ? said->mapToGlobal(said->rect().center()) : event->globalPos());
 }
 
 void MainWindow::setStatus(const QString& text, StatusKind kind) {

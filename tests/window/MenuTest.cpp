@@ -26,6 +26,21 @@ protected:
         const QKeyCombination keys = item(title)->shortcut()[0];
         key(QApplication::focusWidget(), keys.key(), keys.keyboardModifiers());
     }
+    // What a context menu offers that is asked for at a point of a widget, by the mouse or by the
+    // menu key; the first item is then chosen, and what the clipboard holds comes last.
+    QStringList chooseFirst(QWidget* asked, QPoint at, QContextMenuEvent::Reason reason) {
+        QGuiApplication::clipboard()->setText(u"before"_s);
+        QContextMenuEvent event(reason, at, asked->mapToGlobal(at));
+        QCoreApplication::sendEvent(asked, &event);
+        QStringList all;
+        if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+            for (const QAction* each : menu->actions())
+                all += each->text();
+            key(menu, Qt::Key_Down);
+            key(menu, Qt::Key_Return);
+        }
+        return all << QGuiApplication::clipboard()->text();
+    }
 };
 
 struct Item {
@@ -127,6 +142,34 @@ TEST_F(MenuTest, editing_without_a_field_does_nothing) {
         item(title)->trigger();
     EXPECT_EQ(field("query")->text(), QString());
     EXPECT_EQ(field("query")->selectedText(), QString());
+}
+
+TEST_F(MenuTest, a_message_is_copied_whole_by_the_mouse_and_by_the_menu_key) {
+    start();
+    const QString message =
+        u"<b>Nicht</b> &erreichbar: "_s + u"ein sehr langer Grund "_s.repeated(50);
+    auto* label = control<look::Label>("status");
+    window()->setStatus(message, StatusKind::Error);
+    const QStringList copied{u"Kopieren"_s, message};
+    EXPECT_TRUE(label->isElided());
+    EXPECT_EQ(chooseFirst(label, {300, 20}, QContextMenuEvent::Mouse), copied);
+    // From every control without a menu of its own; the focus stays.
+    for (const char* name : {"languageButton", "table", "radius"}) {
+        control(name)->setFocus();
+        EXPECT_EQ(chooseFirst(control(name), {5, 5}, QContextMenuEvent::Keyboard), copied) << name;
+        EXPECT_TRUE(control(name)->hasFocus()) << name;
+    }
+    EXPECT_EQ(chooseFirst(control("credit"), {5, 5}, QContextMenuEvent::Mouse),
+              QStringList(u"before"_s));
+
+    const QString reason = u"Zugang & <i>Netz</i>"_s;
+    window()->showAlert(u"Import fehlgeschlagen"_s, reason, u"OK"_s);
+    settle();
+    const QStringList copiedReason{u"Kopieren"_s, reason};
+    EXPECT_EQ(chooseFirst(alert()->information(), {50, 5}, QContextMenuEvent::Mouse), copiedReason);
+    EXPECT_EQ(chooseFirst(alert()->prominentButton(), {5, 5}, QContextMenuEvent::Keyboard),
+              copiedReason);
+    closeAlert();
 }
 
 TEST_F(MenuTest, closing_and_quitting_close_the_window_and_end_the_program) {
