@@ -4,6 +4,7 @@
 #include "look/style/Sizes.h"
 #include "look/text/Fonts.h"
 
+#include <QFocusEvent>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QStyleHints>
@@ -43,7 +44,10 @@ void Field::focusInEvent(QFocusEvent* event) {
 }
 
 void Field::focusOutEvent(QFocusEvent* event) {
-    QLineEdit::focusOutEvent(event);
+    // What is selected is what the menus act on: on the way into their bar it is kept.
+    const bool isForMenus = event->reason() == Qt::MenuBarFocusReason;
+    QFocusEvent leaving(event->type(), isForMenus ? Qt::PopupFocusReason : event->reason());
+    QLineEdit::focusOutEvent(&leaving);
     blink_.stop();
     isCursorShown_ = false;
     update();

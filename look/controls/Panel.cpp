@@ -62,8 +62,8 @@ Panel::Panel(PanelKind kind, const QString& heading, const QString& information,
       heading_(new Label(14, QFont::DemiBold, colours::label, this)),
       information_(new Label(12, colours::secondary, this)), column_(new QVBoxLayout(this)) {
     setAccessibleName(heading);
-    setContextMenuPolicy(
-        Qt::NoContextMenu); // its window's; the toolkit's dialogs swallow the event
+    // The window has one; the toolkit's dialogs would swallow the event.
+    setContextMenuPolicy(Qt::NoContextMenu);
 
     for (Label* label : {heading_, information_}) {
         label->setAlignment(Qt::AlignHCenter | Qt::AlignTop);

@@ -383,6 +383,28 @@ TEST_F(ControlsTest, menu_shows_a_doubled_ampersand_once) {
     menu.close();
 }
 
+TEST_F(ControlsTest, entry_that_cannot_be_chosen_is_grey_with_its_key) {
+    QMenu menu;
+    QAction* entry = menu.addAction(u"████"_s);
+    entry->setShortcut(Qt::CTRL | Qt::Key_W);
+    show();
+    menu.popup(QPoint(10, 10));
+    const QRect key(menu.width() / 2, 8, menu.width() / 2 - 8, 16);
+    const auto brightest = [&] {
+        const QImage image = picture(menu);
+        int most = 0;
+        for (int y = key.top(); y <= key.bottom(); ++y)
+            for (int x = key.left(); x <= key.right(); ++x)
+                most = qMax(most, qGray(image.pixel(x, y)));
+        return most;
+    };
+    EXPECT_GT(brightest(), qGray(look::colours::disabledText) + 20);
+    entry->setEnabled(false);
+    EXPECT_LE(brightest(), qGray(look::colours::disabledText));
+    EXPECT_EQ(colourOfBlocks(picture(menu), 35, menu.height() / 2), look::colours::disabledText);
+    menu.close();
+}
+
 TEST_F(ControlsTest, spinner_turns_only_while_it_is_told_to) {
     auto* spinner = new look::Spinner(&window);
     show();

@@ -134,6 +134,67 @@ TEST_F(MenuTest, a_read_only_field_can_be_copied_but_not_changed) {
     EXPECT_EQ(field->text(), address);
 }
 
+// In the menu bar, also with the keyboard in it, and as the fields' own menu; and only while it is
+// open, since there its items are chosen by sight, and everywhere else by their keys.
+TEST_F(MenuTest, what_cannot_be_done_now_is_grey_while_the_menu_is_open) {
+    start();
+    QMenu* edit = window()->menuBar()->actions().at(1)->menu();
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    const auto possible = [&](const std::function<void()>& open) {
+        open();
+        EXPECT_TRUE(edit->isVisible());
+        QStringList all;
+        for (const QAction* each : edit->actions())
+            if (each->isEnabled())
+                all += each->text();
+        edit->close();
+        window()->activateWindow(); // the screen that nobody sees leaves that to us
+        settle();
+        if (window()->menuBar()->hasFocus())
+            key(window()->menuBar(), Qt::Key_Escape);
+        for (const QAction* each : edit->actions())
+            EXPECT_TRUE(each->isEnabled());
+        return all.join(u' ');
+    };
+    const auto inTheBar = [&] {
+        QTest::keyPress(window()->windowHandle(), Qt::Key_Alt, Qt::AltModifier);
+        QTest::keyRelease(window()->windowHandle(), Qt::Key_Alt, Qt::AltModifier);
+        key(window()->menuBar(), Qt::Key_Right);
+        key(window()->menuBar(), Qt::Key_Down);
+    };
+    const struct {
+        const char* control;
+        QString text;
+        bool isSelected;
+        QString copied;
+        QString possible;
+    } states[] = {
+        {"query", {}, false, {}, {}},
+        {"query", {}, false, u"Aachen"_s, u"Einfügen"_s},
+        {"query", u"Köln"_s, false, {}, u"Alles auswählen"_s},
+        {"query", u"Köln"_s, true, {}, u"Ausschneiden Kopieren Alles auswählen"_s},
+        {"query", u"Köln"_s, true, u"Bonn"_s, u"Ausschneiden Kopieren Einfügen Alles auswählen"_s},
+        {"endpointField", u"https"_s, false, u"Bonn"_s, u"Alles auswählen"_s},
+        {"endpointField", u"https"_s, true, u"Bonn"_s, u"Kopieren Alles auswählen"_s},
+        {"languageButton", {}, false, u"Bonn"_s, {}},
+    };
+    for (const auto& [name, text, isSelected, copied, expected] : states) {
+        SCOPED_TRACE(name + (u' ' + text + u' ' + copied).toStdString());
+        control(name)->setFocus();
+        auto* field = qobject_cast<look::Field*>(control(name));
+        if (field) {
+            field->setText(text);
+            isSelected ? field->selectAll() : field->deselect();
+        }
+        clipboard->setText(copied);
+        EXPECT_EQ(possible(inTheBar), expected);
+        if (field) {
+            QContextMenuEvent asked(QContextMenuEvent::Keyboard, {5, 5}, {});
+            EXPECT_EQ(possible([&] { QCoreApplication::sendEvent(field, &asked); }), expected);
+        }
+    }
+}
+
 TEST_F(MenuTest, editing_without_a_field_does_nothing) {
     start();
     control("languageButton")->setFocus();
