@@ -18,6 +18,7 @@ Field::Field(FieldKind kind, QWidget* parent) : QLineEdit(parent), kind_(kind) {
                    : kind == FieldKind::Service ? sizes::smallControl
                                                 : 26);
     alignToLeadingEdge();
+    connect(this, &QLineEdit::selectionChanged, this, &Field::takeColours);
     connect(this, &QLineEdit::cursorPositionChanged, this, &Field::showCursor);
     connect(this, &QLineEdit::textEdited, this, &Field::showCursor);
     connect(this, &QLineEdit::textChanged, this, &Field::showExample);
@@ -67,7 +68,7 @@ bool Field::event(QEvent* event) {
     if (event->type() == QEvent::LayoutDirectionChange)
         alignToLeadingEdge();
     if (event->type() == QEvent::ReadOnlyChange) {
-        takeTextColour();
+        takeColours();
         showExample();
     }
     return isHandled;
@@ -99,11 +100,16 @@ void Field::showExample() {
     setPlaceholderText(text().isEmpty() && !isReadOnly() ? example_ : QString());
 }
 
-void Field::takeTextColour() {
+void Field::takeColours() {
     QPalette changed = palette();
     const QColor text(isReadOnly() ? colours::secondary : colours::labelOnWell);
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
         changed.setColor(group, QPalette::Text, text);
+    // As a list's row; not before, or the field would be drawn twice at every start.
+    if (hasSelectedText()) {
+        changed.setColor(QPalette::Inactive, QPalette::Highlight, colours::selectionUnfocused);
+        changed.setColor(QPalette::Inactive, QPalette::HighlightedText, colours::label);
+    }
     setPalette(changed);
 }
 

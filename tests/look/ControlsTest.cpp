@@ -298,6 +298,30 @@ TEST_F(ControlsTest, fields_have_the_colours_of_their_states) {
     }
 }
 
+TEST_F(ControlsTest, selected_text_is_grey_in_a_window_that_is_not_active) {
+    look::Field field(look::FieldKind::Search, &window);
+    field.setText(u"████    █"_s);
+    field.resize(200, 34);
+    show();
+    field.setFocus();
+    field.selectAll();
+    const int text = 16;
+    const int gap = 11 + QFontMetrics(field.font()).horizontalAdvance(u"████  "_s);
+    const auto expect = [&](QRgb fill, QRgb letters) {
+        const QImage image = picture(field);
+        EXPECT_EQ(image.pixel(gap, 17), fill);
+        EXPECT_EQ(colourOfBlocks(image, text, 17), letters);
+    };
+    expect(look::colours::selection, look::colours::white);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    expect(look::colours::selectionUnfocused, look::colours::label);
+    field.setReadOnly(true);
+    expect(look::colours::selectionUnfocused, look::colours::label);
+}
+
 TEST_F(ControlsTest, field_shows_a_blue_cursor_where_the_text_goes_on) {
     auto* field = new look::Field(look::FieldKind::Search, &window);
     field->resize(200, 34);
