@@ -443,4 +443,31 @@ TEST_F(ControlsTest, spinner_turns_only_while_it_is_told_to) {
     EXPECT_FALSE(spinner->isTurning());
 }
 
+TEST_F(ControlsTest, spinner_tells_how_long_it_has_turned) {
+    using namespace std::chrono_literals;
+    const std::pair<std::chrono::seconds, QString> spans[] = {{0s, u"0:00"_s},
+                                                              {59s, u"0:59"_s},
+                                                              {2min + 31s, u"2:31"_s},
+                                                              {59min + 59s, u"59:59"_s},
+                                                              {1h, u"1:00:00"_s},
+                                                              {62min + 31s, u"1:02:31"_s},
+                                                              {100h + 1s, u"100:00:01"_s}};
+    for (const auto& [span, text] : spans)
+        EXPECT_EQ(look::clockText(span), text);
+
+    auto* spinner = new look::Spinner(&window);
+    show();
+    for (int turn = 0; turn < 2; ++turn) {
+        const auto begin = std::chrono::steady_clock::now();
+        const auto turned = [begin] { return std::chrono::steady_clock::now() - begin; };
+        spinner->setTurning(true);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return turned() > 1s; }));
+        ASSERT_TRUE(showsToolTip(*spinner));
+        const QString told = look::shownToolTip()->accessibleName();
+        const auto most = std::chrono::floor<std::chrono::seconds>(turned());
+        EXPECT_TRUE(told == u"0:01"_s || told == look::clockText(most)) << told.toStdString();
+        spinner->setTurning(false);
+    }
+}
+
 } // namespace
