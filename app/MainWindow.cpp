@@ -25,8 +25,10 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -58,6 +60,17 @@ public:
     QSize sizeHint() const override { return {820, 760}; }
     // Otherwise what holds it would ask for as little height as its texts need.
     bool hasHeightForWidth() const override { return false; }
+
+protected:
+    // The icon is no part of the start: it comes when the first picture has been there for a while.
+    void paintEvent(QPaintEvent* /*event*/) override {
+        if (!std::exchange(isPainted_, true))
+            QTimer::singleShot(std::chrono::seconds(1), window(),
+                               [w = window()] { w->setWindowIcon(look::programIcon()); });
+    }
+
+private:
+    bool isPainted_ = false;
 };
 
 Label* makeLabel(int pixels, QRgb colour, const QString& text, int lines = 1) {
