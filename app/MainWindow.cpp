@@ -18,12 +18,17 @@
 
 #include <QBoxLayout>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QGuiApplication>
+#include <QMenu>
 #include <QScreen>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -55,6 +60,17 @@ public:
     QSize sizeHint() const override { return {820, 760}; }
     // Otherwise what holds it would ask for as little height as its texts need.
     bool hasHeightForWidth() const override { return false; }
+
+protected:
+    // The icon is no part of the start: it comes when the first picture has been there for a while.
+    void paintEvent(QPaintEvent* /*event*/) override {
+        if (!std::exchange(isPainted_, true))
+            QTimer::singleShot(std::chrono::seconds(1), window(),
+                               [w = window()] { w->setWindowIcon(look::programIcon()); });
+    }
+
+private:
+    bool isPainted_ = false;
 };
 
 Label* makeLabel(int pixels, QRgb colour, const QString& text, int lines = 1) {
@@ -341,6 +357,23 @@ void MainWindow::showAlert(const QString& title, const QString& message, const Q
     auto* alert = new look::Panel(look::PanelKind::Alert, title, message, pages_);
     alert->setButtons(button);
     alert->open();
+}
+
+// What the window says last can be copied: the text of an open panel, or else the status. The menu
+// key leads to it from every control that has no menu of its own, so that the text, which can do
+// nothing else, is no stop on the way of Tab.
+void MainWindow::contextMenuEvent(QContextMenuEvent* event) {
+    const auto* panel = pages_->currentWidget()->findChild<look::Panel*>();
+    const Label* said = panel ? panel->information() : status;
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    event->setAccepted(isByKey || said->rect().contains(said->mapFromGlobal(event->globalPos())));
+    if (!event->isAccepted())
+        return;
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(look::literal(NXLocal(u"Kopieren"_s)), said,
+                    [said] { QGuiApplication::clipboard()->setText(said->text()); });
+    menu->popup(isByKey ? said->mapToGlobal(said->rect().center()) : event->globalPos());
 }
 
 void MainWindow::setStatus(const QString& text, StatusKind kind) {

@@ -4,9 +4,11 @@
 #include "localization/NXLocal.h"
 #include "look/text/LiteralText.h"
 
-#include <QApplication>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QStackedWidget>
 
 using namespace Qt::StringLiterals;
 
@@ -16,13 +18,19 @@ using localization::NXLocal;
 
 namespace {
 
-// What the menu's editing items act on: the field that the person types in, if there is one.
-QLineEdit* focusedField() {
-    return qobject_cast<QLineEdit*>(QApplication::focusWidget());
+// What can be done with a field now. The toolkit's own slots would change a read-only one as well.
+bool canCopy(const QLineEdit& field) {
+    return field.hasSelectedText();
 }
-
-// Whether an editing item changes the text.
-enum class Change { No, Yes };
+bool canCut(const QLineEdit& field) {
+    return canCopy(field) && !field.isReadOnly();
+}
+bool canPaste(const QLineEdit& field) {
+    return !field.isReadOnly() && !QGuiApplication::clipboard()->text().isEmpty();
+}
+bool canSelect(const QLineEdit& field) {
+    return !field.text().isEmpty();
+}
 
 void zoom(QWidget* window) {
     window->isMaximized() ? window->showNormal() : window->showMaximized();
@@ -41,13 +49,20 @@ void addMenus(MainWindow& mainWindow) {
         return item;
     };
     const auto addEdit = [&](QMenu* menu, const QString& title, QKeySequence::StandardKey key,
-                             Change change, auto act) {
-        addItem(menu, title, key, [change, act] {
-            QLineEdit* field = focusedField();
-            // The toolkit's own slots would change a read-only field as well.
-            if (field && (change == Change::No || !field->isReadOnly()))
-                (field->*act)();
+                             auto isPossible, auto act) {
+        // The field that the person types in, if it can be done there; also while the menu bar has
+        // the keyboard.
+        const auto field = [w, isPossible] {
+            auto* typedIn = qobject_cast<QLineEdit*>(w->pages()->focusWidget());
+            return typedIn && isPossible(*typedIn) ? typedIn : nullptr;
+        };
+        QAction* item = addItem(menu, title, key, [field, act] {
+            if (QLineEdit* typedIn = field())
+                (typedIn->*act)();
         });
+        // Grey while the menu is open; its keys ask anew each time.
+        QObject::connect(menu, &QMenu::aboutToShow, item, [=] { item->setEnabled(field()); });
+        QObject::connect(menu, &QMenu::aboutToHide, item, [item] { item->setEnabled(true); });
     };
 
     QMenu* application = addMenu(u"Norvaxel"_s);
@@ -56,10 +71,10 @@ void addMenus(MainWindow& mainWindow) {
     })->setMenuRole(QAction::QuitRole);
 
     QMenu* edit = addMenu(NXLocal(u"Bearbeiten"_s));
-    addEdit(edit, NXLocal(u"Ausschneiden"_s), QKeySequence::Cut, Change::Yes, &QLineEdit::cut);
-    addEdit(edit, NXLocal(u"Kopieren"_s), QKeySequence::Copy, Change::No, &QLineEdit::copy);
-    addEdit(edit, NXLocal(u"Einfügen"_s), QKeySequence::Paste, Change::Yes, &QLineEdit::paste);
-    addEdit(edit, NXLocal(u"Alles auswählen"_s), QKeySequence::SelectAll, Change::No,
+    addEdit(edit, NXLocal(u"Ausschneiden"_s), QKeySequence::Cut, canCut, &QLineEdit::cut);
+    addEdit(edit, NXLocal(u"Kopieren"_s), QKeySequence::Copy, canCopy, &QLineEdit::copy);
+    addEdit(edit, NXLocal(u"Einfügen"_s), QKeySequence::Paste, canPaste, &QLineEdit::paste);
+    addEdit(edit, NXLocal(u"Alles auswählen"_s), QKeySequence::SelectAll, canSelect,
             &QLineEdit::selectAll);
     // The toolkit's own menu would speak the desktop's language, not the window's.
     for (QLineEdit* field : w->findChildren<QLineEdit*>()) {

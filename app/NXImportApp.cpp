@@ -69,15 +69,14 @@ void NXImportApp::connectControls() {
     connect(w->downloadButton, &QPushButton::clicked, this, &NXImportApp::download);
     connect(w->table, &QAbstractItemView::activated, this, &NXImportApp::activateResult);
     connect(w->addStationButton, &QPushButton::clicked, this, &NXImportApp::addStation);
-    connect(w->removeStationButton, &QPushButton::clicked, this, &NXImportApp::removeStation);
-    connect(w->moveStationUpButton, &QPushButton::clicked, this, [this] { moveStation(-1); });
-    connect(w->moveStationDownButton, &QPushButton::clicked, this, [this] { moveStation(+1); });
-    const auto stationKey = [this, w](const QKeySequence& key, auto act) {
+    const auto connectStation = [this, w](QPushButton* button, const QKeySequence& key, auto act) {
+        connect(button, &QPushButton::clicked, this, act);
         new QShortcut(key, w->stationTable, this, act, Qt::WidgetShortcut);
+        button->setToolTip(key.toString(QKeySequence::NativeText));
     };
-    stationKey(Qt::Key_Delete, [this] { removeStation(); });
-    stationKey(Qt::ALT | Qt::Key_Up, [this] { moveStation(-1); });
-    stationKey(Qt::ALT | Qt::Key_Down, [this] { moveStation(+1); });
+    connectStation(w->removeStationButton, Qt::Key_Delete, [this] { removeStation(); });
+    connectStation(w->moveStationUpButton, Qt::ALT | Qt::Key_Up, [this] { moveStation(-1); });
+    connectStation(w->moveStationDownButton, Qt::ALT | Qt::Key_Down, [this] { moveStation(+1); });
     connect(w->languageButton, &QPushButton::clicked, this, &NXImportApp::chooseLanguage);
     connect(w->finderButton, &QPushButton::clicked, this, &NXImportApp::showInFinder);
     connect(w->cancelButton, &QPushButton::clicked, this, &NXImportApp::cancel);

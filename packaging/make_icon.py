@@ -1,12 +1,13 @@
 """Draws the program's icon, the two buildings of the window's header, as SVG.
 
-    make_icon.py scalable | symbolic | PIXELS
+    make_icon.py scalable | symbolic | PIXELS | table
 
 With a number of pixels every edge lies on a whole pixel of a picture of that size, and what would
-vanish is one pixel wide.
+vanish is one pixel wide. The table has the boxes of the small sizes for the program to paint.
 """
 
 import sys
+from xml.etree import ElementTree
 
 
 class Grid:
@@ -97,12 +98,30 @@ def symbolic_icon(side):
             box(0, 0, side, side, fill="#2e3436", mask="url(#holes)")]
 
 
-def main(kind):
+def document(kind):
     side = {"scalable": 128, "symbolic": 16}.get(kind) or int(kind)
     shapes = symbolic_icon(side) if kind == "symbolic" else colour_icon(side, kind != "scalable")
     opening = (f'<svg xmlns="http://www.w3.org/2000/svg" width="{side}" height="{side}" '
                f'viewBox="0 0 {side} {side}">')
-    print(opening, *shapes, "</svg>", sep="\n")
+    return "\n".join([opening, *shapes, "</svg>"])
+
+
+def table(side):
+    svg = ElementTree.fromstring(document(side))
+    stops = {f"url(#{each.get('id')})": [stop.get("stop-color") for stop in each]
+             for each in svg.findall(".//{*}linearGradient")}
+    for each in svg.findall(".//{*}rect"):
+        place = ", ".join(map(each.get, ("x", "y", "width", "height")))
+        fill = each.get("fill")
+        top, bottom = (f"0xff{colour[1:]}" for colour in stops.get(fill, [fill, fill]))
+        yield f"{{{side}, {{{place}}}, {each.get('rx', 0)}, {top}, {bottom}}},"
+
+
+def main(kind):
+    if kind == "table":
+        print(*(line for side in (16, 32, 48) for line in table(side)), sep="\n")
+    else:
+        print(document(kind))
 
 
 if __name__ == "__main__":

@@ -4,6 +4,7 @@
 #include "look/style/Sizes.h"
 #include "look/text/Fonts.h"
 
+#include <QFocusEvent>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QStyleHints>
@@ -17,6 +18,7 @@ Field::Field(FieldKind kind, QWidget* parent) : QLineEdit(parent), kind_(kind) {
                    : kind == FieldKind::Service ? sizes::smallControl
                                                 : 26);
     alignToLeadingEdge();
+    connect(this, &QLineEdit::selectionChanged, this, &Field::takeColours);
     connect(this, &QLineEdit::cursorPositionChanged, this, &Field::showCursor);
     connect(this, &QLineEdit::textEdited, this, &Field::showCursor);
     connect(this, &QLineEdit::textChanged, this, &Field::showExample);
@@ -43,7 +45,10 @@ void Field::focusInEvent(QFocusEvent* event) {
 }
 
 void Field::focusOutEvent(QFocusEvent* event) {
-    QLineEdit::focusOutEvent(event);
+    // What is selected is what the menus act on: on the way into their bar it is kept.
+    const bool isForMenus = event->reason() == Qt::MenuBarFocusReason;
+    QFocusEvent leaving(event->type(), isForMenus ? Qt::PopupFocusReason : event->reason());
+    QLineEdit::focusOutEvent(&leaving);
     blink_.stop();
     isCursorShown_ = false;
     update();
@@ -63,7 +68,7 @@ bool Field::event(QEvent* event) {
     if (event->type() == QEvent::LayoutDirectionChange)
         alignToLeadingEdge();
     if (event->type() == QEvent::ReadOnlyChange) {
-        takeTextColour();
+        takeColours();
         showExample();
     }
     return isHandled;
@@ -95,11 +100,16 @@ void Field::showExample() {
     setPlaceholderText(text().isEmpty() && !isReadOnly() ? example_ : QString());
 }
 
-void Field::takeTextColour() {
+void Field::takeColours() {
     QPalette changed = palette();
     const QColor text(isReadOnly() ? colours::secondary : colours::labelOnWell);
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
         changed.setColor(group, QPalette::Text, text);
+    // As a list's row; not before, or the field would be drawn twice at every start.
+    if (hasSelectedText()) {
+        changed.setColor(QPalette::Inactive, QPalette::Highlight, colours::selectionUnfocused);
+        changed.setColor(QPalette::Inactive, QPalette::HighlightedText, colours::label);
+    }
     setPalette(changed);
 }
 

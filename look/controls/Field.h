@@ -32,7 +32,7 @@ protected:
 private:
     void showCursor();
     void alignToLeadingEdge();
-    void takeTextColour();
+    void takeColours();
     void showExample();
 
     FieldKind kind_;

@@ -19,7 +19,40 @@ void turn(QPainterPath& path, QPointF corner, QPointF end) {
     path.cubicTo(start + (corner - start) * circle, end + (corner - end) * circle, end);
 }
 
+// A box of the icon in a picture of `side` pixels; its colours at its upper and its lower edge.
+struct IconBox {
+    int side;
+    QRectF place;
+    qreal radius;
+    QRgb top;
+    QRgb bottom;
+};
+const IconBox iconBoxes[] = {
+#include <icon.inc>
+};
+
 } // namespace
+
+QIcon programIcon() {
+    QIcon icon;
+    for (const int side : {16, 32, 48}) {
+        QPixmap picture(side, side);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        for (const IconBox& box : iconBoxes) {
+            if (box.side != side)
+                continue;
+            QLinearGradient fill(box.place.topLeft(), box.place.bottomLeft());
+            fill.setStops({{0, box.top}, {1, box.bottom}});
+            painter.setRenderHint(QPainter::Antialiasing, box.radius > 0);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(box.top == box.bottom ? QBrush(QColor(box.top)) : fill);
+            painter.drawRoundedRect(box.place, box.radius, box.radius);
+        }
+        icon.addPixmap(picture);
+    }
+    return icon;
+}
 
 QPainterPath buildingPath() {
     QPainterPath path;

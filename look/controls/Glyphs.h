@@ -1,11 +1,16 @@
 #pragma once
 
+#include <QIcon>
 #include <QPainterPath>
 #include <QWidget>
 
 class QPainter;
 
 namespace look {
+
+// The program's icon, painted as the installed one is: nothing is read, and nothing needs to be
+// installed. Main thread.
+QIcon programIcon();
 
 // The building in a box of 34 x 34. Any thread.
 QPainterPath buildingPath();

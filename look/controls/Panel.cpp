@@ -62,6 +62,8 @@ Panel::Panel(PanelKind kind, const QString& heading, const QString& information,
       heading_(new Label(14, QFont::DemiBold, colours::label, this)),
       information_(new Label(12, colours::secondary, this)), column_(new QVBoxLayout(this)) {
     setAccessibleName(heading);
+    // The window has one; the toolkit's dialogs would swallow the event.
+    setContextMenuPolicy(Qt::NoContextMenu);
 
     for (Label* label : {heading_, information_}) {
         label->setAlignment(Qt::AlignHCenter | Qt::AlignTop);

@@ -11,6 +11,7 @@ namespace look {
 PopUp::PopUp(int width, QWidget* parent) : QComboBox(parent) {
     // Its font is the application's: setting one would make the menu before anybody opens it.
     setFixedSize(width, sizes::popUp);
+    setContextMenuPolicy(Qt::NoContextMenu); // it would swallow the event
 }
 
 QRect PopUp::textRectangle() const {

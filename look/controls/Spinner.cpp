@@ -1,11 +1,19 @@
 #include "look/controls/Spinner.h"
 
 #include "look/style/Colours.h"
+#include "look/style/ToolTip.h"
 
+#include <QHelpEvent>
 #include <QPainter>
-#include <QTimerEvent>
 
 namespace look {
+
+QString clockText(std::chrono::seconds span) {
+    const int minutes = int(span.count() / 60);
+    const int seconds = int(span.count() % 60);
+    return minutes < 60 ? QString::asprintf("%d:%02d", minutes, seconds)
+                        : QString::asprintf("%d:%02d:%02d", minutes / 60, minutes % 60, seconds);
+}
 
 Spinner::Spinner(QWidget* parent) : QWidget(parent) {
     setFixedSize(16, 16);
@@ -19,7 +27,17 @@ void Spinner::setTurning(bool turning) {
         timer_.start(100, this);
     else
         timer_.stop();
+    begin_ = std::chrono::steady_clock::now();
     setVisible(turning);
+}
+
+bool Spinner::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::event(event);
+    const auto turned = std::chrono::steady_clock::now() - begin_;
+    showToolTip(static_cast<QHelpEvent*>(event)->globalPos(),
+                clockText(std::chrono::floor<std::chrono::seconds>(turned)), this);
+    return true;
 }
 
 void Spinner::paintEvent(QPaintEvent* /*event*/) {

@@ -24,11 +24,11 @@
 namespace look {
 namespace {
 
+// No list scrolls sideways: a scroll bar is a vertical one.
 QRect scrollThumb(const QStyleOptionSlider& option) {
     constexpr int inset = sizes::scrollInset;
     constexpr int shortest = 24;
-    const bool isVertical = option.orientation == Qt::Vertical;
-    const int groove = (isVertical ? option.rect.height() : option.rect.width()) - 2 * inset;
+    const int groove = option.rect.height() - 2 * inset;
     const qint64 range = qint64(option.maximum) - option.minimum;
     if (range <= 0 || groove <= 0)
         return {};
@@ -37,9 +37,8 @@ QRect scrollThumb(const QStyleOptionSlider& option) {
     const int offset = inset + QStyle::sliderPositionFromValue(option.minimum, option.maximum,
                                                                option.sliderPosition,
                                                                groove - length, option.upsideDown);
-    const QRect thumb = isVertical ? QRect(inset, offset, option.rect.width() - 2 * inset, length)
-                                   : QRect(offset, inset, length, option.rect.height() - 2 * inset);
-    return thumb.translated(option.rect.topLeft());
+    return QRect(inset, offset, option.rect.width() - 2 * inset, length)
+        .translated(option.rect.topLeft());
 }
 
 // The window behind a pop-up's entries has no public type.
@@ -227,8 +226,6 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option,
     case PM_FocusFrameVMargin:
         return sizes::focusRing;
     case PM_ScrollView_ScrollBarSpacing:
-    case PM_ButtonShiftHorizontal:
-    case PM_ButtonShiftVertical:
     case PM_MenuBarPanelWidth:
         return 0;
     case PM_MenuBarItemSpacing:
@@ -329,22 +326,19 @@ QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* o
         if (!slider)
             return {};
         const QRect thumb = scrollThumb(*slider);
-        const bool isVertical = slider->orientation == Qt::Vertical;
         QRect part = whole;
         switch (subControl) {
         case SC_ScrollBarGroove:
             // What a dragged thumb moves along.
-            return isVertical ? whole.adjusted(0, sizes::scrollInset, 0, -sizes::scrollInset)
-                              : whole.adjusted(sizes::scrollInset, 0, -sizes::scrollInset, 0);
+            return whole.adjusted(0, sizes::scrollInset, 0, -sizes::scrollInset);
         case SC_ScrollBarSlider:
             // The whole width of the gutter takes the pointer.
-            return isVertical ? QRect(whole.left(), thumb.top(), whole.width(), thumb.height())
-                              : QRect(thumb.left(), whole.top(), thumb.width(), whole.height());
+            return {whole.left(), thumb.top(), whole.width(), thumb.height()};
         case SC_ScrollBarSubPage:
-            isVertical ? part.setBottom(thumb.top() - 1) : part.setRight(thumb.left() - 1);
+            part.setBottom(thumb.top() - 1);
             return part;
         case SC_ScrollBarAddPage:
-            isVertical ? part.setTop(thumb.bottom() + 1) : part.setLeft(thumb.right() + 1);
+            part.setTop(thumb.bottom() + 1);
             return part;
         default:
             return {};

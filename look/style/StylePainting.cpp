@@ -190,16 +190,12 @@ void drawMenuRow(QPainter& painter, const QStyleOptionMenuItem& option) {
     constexpr int tickAt = sizes::menuTickAt - sizes::menuInset;
     constexpr int textAt = sizes::menuTextAt - sizes::menuInset;
     const QRect row = option.rect;
-    if (option.menuItemType == QStyleOptionMenuItem::Separator) {
-        painter.fillRect(QRect(row.left() + 4, row.center().y(), row.width() - 8, 1),
-                         QColor(colours::panelOutline));
-        return;
-    }
     const bool isEnabled = option.state & QStyle::State_Enabled;
     QRgb colour = isEnabled ? colours::label : colours::disabledText;
+    QRgb keyColour = isEnabled ? colours::secondary : colours::disabledText;
     if (isEnabled && option.state & QStyle::State_Selected) {
         fillRounded(painter, row, sizes::rowRadius, colours::selection);
-        colour = colours::white;
+        colour = keyColour = colours::white;
     }
     if (option.checkType != QStyleOptionMenuItem::NotCheckable && option.checked) {
         const QRect tick(row.left() + tickAt, row.top(), 12, row.height());
@@ -213,16 +209,12 @@ void drawMenuRow(QPainter& painter, const QStyleOptionMenuItem& option) {
     text = QStyle::visualRect(option.direction, row, text);
     drawLine(painter, text, fitLine(title, font, text.width()), font, colour,
              leading(option.direction), option.direction);
-    if (tab >= 0) {
+    if (tab >= 0)
         drawLine(painter, text, fitLine(option.text.mid(tab + 1), font, text.width()), font,
-                 colour == colours::white ? colours::white : colours::secondary,
-                 trailing(option.direction), option.direction);
-    }
+                 keyColour, trailing(option.direction), option.direction);
 }
 
 QSize menuRowSize(const QStyleOptionMenuItem& option, const QSize& contents) {
-    if (option.menuItemType == QStyleOptionMenuItem::Separator)
-        return {contents.width(), 9};
     int width = contents.width() + sizes::menuTextAt - sizes::menuInset + sizes::menuTextEnd;
     if (option.text.contains(u'\t'))
         width += 24;

@@ -285,6 +285,30 @@ TEST_F(ControlsTest, fields_have_the_colours_of_their_states) {
     }
 }
 
+TEST_F(ControlsTest, selected_text_is_grey_in_a_window_that_is_not_active) {
+    look::Field field(look::FieldKind::Search, &window);
+    field.setText(u"████    █"_s);
+    field.resize(200, 34);
+    show();
+    field.setFocus();
+    field.selectAll();
+    const int text = 16;
+    const int gap = 11 + QFontMetrics(field.font()).horizontalAdvance(u"████  "_s);
+    const auto expect = [&](QRgb fill, QRgb letters) {
+        const QImage image = picture(field);
+        EXPECT_EQ(image.pixel(gap, 17), fill);
+        EXPECT_EQ(colourOfBlocks(image, text, 17), letters);
+    };
+    expect(look::colours::selection, look::colours::white);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    expect(look::colours::selectionUnfocused, look::colours::label);
+    field.setReadOnly(true);
+    expect(look::colours::selectionUnfocused, look::colours::label);
+}
+
 TEST_F(ControlsTest, field_shows_a_blue_cursor_where_the_text_goes_on) {
     auto* field = new look::Field(look::FieldKind::Search, &window);
     field->resize(200, 34);
@@ -364,6 +388,28 @@ TEST_F(ControlsTest, menu_shows_a_doubled_ampersand_once) {
     menu.close();
 }
 
+TEST_F(ControlsTest, entry_that_cannot_be_chosen_is_grey_with_its_key) {
+    QMenu menu;
+    QAction* entry = menu.addAction(u"████"_s);
+    entry->setShortcut(Qt::CTRL | Qt::Key_W);
+    show();
+    menu.popup(QPoint(10, 10));
+    const QRect key(menu.width() / 2, 8, menu.width() / 2 - 8, 16);
+    const auto brightest = [&] {
+        const QImage image = picture(menu);
+        int most = 0;
+        for (int y = key.top(); y <= key.bottom(); ++y)
+            for (int x = key.left(); x <= key.right(); ++x)
+                most = qMax(most, qGray(image.pixel(x, y)));
+        return most;
+    };
+    EXPECT_GT(brightest(), qGray(look::colours::disabledText) + 20);
+    entry->setEnabled(false);
+    EXPECT_LE(brightest(), qGray(look::colours::disabledText));
+    EXPECT_EQ(colourOfBlocks(picture(menu), 35, menu.height() / 2), look::colours::disabledText);
+    menu.close();
+}
+
 TEST_F(ControlsTest, spinner_turns_only_while_it_is_told_to) {
     auto* spinner = new look::Spinner(&window);
     show();
@@ -376,6 +422,33 @@ TEST_F(ControlsTest, spinner_turns_only_while_it_is_told_to) {
     spinner->setTurning(false);
     EXPECT_FALSE(spinner->isVisible());
     EXPECT_FALSE(spinner->isTurning());
+}
+
+TEST_F(ControlsTest, spinner_tells_how_long_it_has_turned) {
+    using namespace std::chrono_literals;
+    const std::pair<std::chrono::seconds, QString> spans[] = {{0s, u"0:00"_s},
+                                                              {59s, u"0:59"_s},
+                                                              {2min + 31s, u"2:31"_s},
+                                                              {59min + 59s, u"59:59"_s},
+                                                              {1h, u"1:00:00"_s},
+                                                              {62min + 31s, u"1:02:31"_s},
+                                                              {100h + 1s, u"100:00:01"_s}};
+    for (const auto& [span, text] : spans)
+        EXPECT_EQ(look::clockText(span), text);
+
+    auto* spinner = new look::Spinner(&window);
+    show();
+    for (int turn = 0; turn < 2; ++turn) {
+        const auto begin = std::chrono::steady_clock::now();
+        const auto turned = [begin] { return std::chrono::steady_clock::now() - begin; };
+        spinner->setTurning(true);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return turned() > 1s; }));
+        ASSERT_TRUE(showsToolTip(*spinner));
+        const QString told = look::shownToolTip()->accessibleName();
+        const auto most = std::chrono::floor<std::chrono::seconds>(turned());
+        EXPECT_TRUE(told == u"0:01"_s || told == look::clockText(most)) << told.toStdString();
+        spinner->setTurning(false);
+    }
 }
 
 } // namespace

@@ -217,6 +217,18 @@ TEST_F(KeyboardTest, alt_leads_into_the_menus_and_out_again) {
     expectFocus(u"query"_s);
 }
 
+TEST_F(KeyboardTest, the_menus_act_on_what_is_selected) {
+    start();
+    type(u"Ulm"_s);
+    press(Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_Alt, Qt::AltModifier);
+    press(Qt::Key_Right);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(field("query")->text(), QString()) << "the first item is \"Ausschneiden\"";
+    expectFocus(u"query"_s);
+}
+
 // The keyboard's own order of a chord: the menus must not take the Alt of Alt and Up for theirs.
 TEST_F(KeyboardTest, alt_as_a_part_of_a_shortcut_leads_nowhere) {
     startWithStations({u"A"_s, u"B"_s});

@@ -23,6 +23,21 @@ protected:
         const QKeyCombination keys = item(title)->shortcut()[0];
         key(QApplication::focusWidget(), keys.key(), keys.keyboardModifiers());
     }
+    // What a context menu offers that is asked for at a point of a widget, by the mouse or by the
+    // menu key; the first item is then chosen, and what the clipboard holds comes last.
+    QStringList chooseFirst(QWidget* asked, QPoint at, QContextMenuEvent::Reason reason) {
+        QGuiApplication::clipboard()->setText(u"before"_s);
+        QContextMenuEvent event(reason, at, asked->mapToGlobal(at));
+        QCoreApplication::sendEvent(asked, &event);
+        QStringList all;
+        if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+            for (const QAction* each : menu->actions())
+                all += each->text();
+            key(menu, Qt::Key_Down);
+            key(menu, Qt::Key_Return);
+        }
+        return all << QGuiApplication::clipboard()->text();
+    }
 };
 
 struct Item {
@@ -116,6 +131,67 @@ TEST_F(MenuTest, a_read_only_field_can_be_copied_but_not_changed) {
     EXPECT_EQ(field->text(), address);
 }
 
+// In the menu bar, also with the keyboard in it, and as the fields' own menu; and only while it is
+// open, since there its items are chosen by sight, and everywhere else by their keys.
+TEST_F(MenuTest, what_cannot_be_done_now_is_grey_while_the_menu_is_open) {
+    start();
+    QMenu* edit = window()->menuBar()->actions().at(1)->menu();
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    const auto possible = [&](const std::function<void()>& open) {
+        open();
+        EXPECT_TRUE(edit->isVisible());
+        QStringList all;
+        for (const QAction* each : edit->actions())
+            if (each->isEnabled())
+                all += each->text();
+        edit->close();
+        window()->activateWindow(); // the screen that nobody sees leaves that to us
+        settle();
+        if (window()->menuBar()->hasFocus())
+            key(window()->menuBar(), Qt::Key_Escape);
+        for (const QAction* each : edit->actions())
+            EXPECT_TRUE(each->isEnabled());
+        return all.join(u' ');
+    };
+    const auto inTheBar = [&] {
+        QTest::keyPress(window()->windowHandle(), Qt::Key_Alt, Qt::AltModifier);
+        QTest::keyRelease(window()->windowHandle(), Qt::Key_Alt, Qt::AltModifier);
+        key(window()->menuBar(), Qt::Key_Right);
+        key(window()->menuBar(), Qt::Key_Down);
+    };
+    const struct {
+        const char* control;
+        QString text;
+        bool isSelected;
+        QString copied;
+        QString possible;
+    } states[] = {
+        {"query", {}, false, {}, {}},
+        {"query", {}, false, u"Aachen"_s, u"Einfügen"_s},
+        {"query", u"Köln"_s, false, {}, u"Alles auswählen"_s},
+        {"query", u"Köln"_s, true, {}, u"Ausschneiden Kopieren Alles auswählen"_s},
+        {"query", u"Köln"_s, true, u"Bonn"_s, u"Ausschneiden Kopieren Einfügen Alles auswählen"_s},
+        {"endpointField", u"https"_s, false, u"Bonn"_s, u"Alles auswählen"_s},
+        {"endpointField", u"https"_s, true, u"Bonn"_s, u"Kopieren Alles auswählen"_s},
+        {"languageButton", {}, false, u"Bonn"_s, {}},
+    };
+    for (const auto& [name, text, isSelected, copied, expected] : states) {
+        SCOPED_TRACE(name + (u' ' + text + u' ' + copied).toStdString());
+        control(name)->setFocus();
+        auto* field = qobject_cast<look::Field*>(control(name));
+        if (field) {
+            field->setText(text);
+            isSelected ? field->selectAll() : field->deselect();
+        }
+        clipboard->setText(copied);
+        EXPECT_EQ(possible(inTheBar), expected);
+        if (field) {
+            QContextMenuEvent asked(QContextMenuEvent::Keyboard, {5, 5}, {});
+            EXPECT_EQ(possible([&] { QCoreApplication::sendEvent(field, &asked); }), expected);
+        }
+    }
+}
+
 TEST_F(MenuTest, editing_without_a_field_does_nothing) {
     start();
     control("languageButton")->setFocus();
@@ -124,6 +200,34 @@ TEST_F(MenuTest, editing_without_a_field_does_nothing) {
         item(title)->trigger();
     EXPECT_EQ(field("query")->text(), QString());
     EXPECT_EQ(field("query")->selectedText(), QString());
+}
+
+TEST_F(MenuTest, a_message_is_copied_whole_by_the_mouse_and_by_the_menu_key) {
+    start();
+    const QString message =
+        u"<b>Nicht</b> &erreichbar: "_s + u"ein sehr langer Grund "_s.repeated(50);
+    auto* label = control<look::Label>("status");
+    window()->setStatus(message, StatusKind::Error);
+    const QStringList copied{u"Kopieren"_s, message};
+    EXPECT_TRUE(label->isElided());
+    EXPECT_EQ(chooseFirst(label, {300, 20}, QContextMenuEvent::Mouse), copied);
+    // From every control without a menu of its own; the focus stays.
+    for (const char* name : {"languageButton", "table", "radius"}) {
+        control(name)->setFocus();
+        EXPECT_EQ(chooseFirst(control(name), {5, 5}, QContextMenuEvent::Keyboard), copied) << name;
+        EXPECT_TRUE(control(name)->hasFocus()) << name;
+    }
+    EXPECT_EQ(chooseFirst(control("credit"), {5, 5}, QContextMenuEvent::Mouse),
+              QStringList(u"before"_s));
+
+    const QString reason = u"Zugang & <i>Netz</i>"_s;
+    window()->showAlert(u"Import fehlgeschlagen"_s, reason, u"OK"_s);
+    settle();
+    const QStringList copiedReason{u"Kopieren"_s, reason};
+    EXPECT_EQ(chooseFirst(alert()->information(), {50, 5}, QContextMenuEvent::Mouse), copiedReason);
+    EXPECT_EQ(chooseFirst(alert()->prominentButton(), {5, 5}, QContextMenuEvent::Keyboard),
+              copiedReason);
+    closeAlert();
 }
 
 TEST_F(MenuTest, closing_and_quitting_close_the_window_and_end_the_program) {

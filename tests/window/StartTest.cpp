@@ -225,6 +225,27 @@ TEST_F(StartTest, the_window_opens_with_its_natural_content_size) {
     }
 }
 
+TEST_F(StartTest, the_window_shows_its_icon_when_it_is_there) {
+    start();
+    EXPECT_TRUE(window()->windowIcon().isNull()) << "the first picture does not wait for it";
+    ASSERT_EVENTUALLY(!window()->windowIcon().isNull());
+    const QIcon icon = window()->windowIcon();
+    for (const int side : {16, 32, 48}) {
+        const QImage picture = icon.pixmap(side).toImage();
+        ASSERT_EQ(picture.size(), QSize(side, side));
+        EXPECT_EQ(qAlpha(picture.pixel(0, 0)), 0) << "round corners";
+        int blue = 0;
+        int white = 0;
+        for (int x = 0; x < side; ++x)
+            for (int y = 0; y < side; ++y) {
+                blue += picture.pixelColor(x, y).blue() > 150;
+                white += picture.pixelColor(x, y).red() > 200;
+            }
+        EXPECT_GT(blue, side * side / 5) << "the buildings";
+        EXPECT_GT(white, side * side / 40) << "their panes";
+    }
+}
+
 TEST_F(StartTest, the_window_cannot_be_made_smaller_than_its_least_size) {
     for (const Mode mode : {Mode::Place, Mode::Route}) {
         start(mode);

@@ -167,9 +167,10 @@ TEST_F(StationsTest, what_was_added_or_moved_is_scrolled_into_view) {
     click(button("moveStationUpButton"));
     EXPECT_EQ(selectedStation(), 11);
     EXPECT_TRUE(stationIsInView(11)) << "from out of sight";
-    while (selectedStation() > 0) {
+    for (int row = 10; row >= 0; --row) {
         stationKey(Qt::Key_Up, Qt::AltModifier);
-        EXPECT_TRUE(stationIsInView(selectedStation()));
+        ASSERT_EQ(selectedStation(), row);
+        EXPECT_TRUE(stationIsInView(row));
     }
     bar->setValue(bar->maximum());
     click(button("moveStationDownButton"));
@@ -291,6 +292,13 @@ TEST_F(StationsTest, keys_remove_and_move_the_selected_one) {
     stationKey(Qt::Key_Up);
     EXPECT_EQ(selectedStation(), 0) << "the arrow alone moves the selection";
     EXPECT_EQ(stations(), numbered({u"A"_s, u"B"_s}));
+}
+
+TEST_F(StationsTest, the_keys_stand_in_the_tooltips_of_the_buttons) {
+    startWithStations({u"A"_s, u"B"_s});
+    EXPECT_EQ(toolTipAt(button("removeStationButton"), {5, 5}), u"Del"_s);
+    EXPECT_EQ(toolTipAt(button("moveStationUpButton"), {5, 5}), u"Alt+Up"_s);
+    EXPECT_EQ(toolTipAt(button("moveStationDownButton"), {5, 5}), u"Alt+Down"_s);
 }
 
 TEST_F(StationsTest, the_keys_belong_to_the_station_list_alone) {
