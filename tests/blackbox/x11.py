@@ -44,6 +44,7 @@ _x11.XGetWindowAttributes.argtypes = [ctypes.c_void_p, Window, ctypes.c_void_p]
 _x11.XTranslateCoordinates.argtypes = [ctypes.c_void_p, Window, Window, *[ctypes.c_int] * 2, *[ctypes.c_void_p] * 3]
 _x11.XSendEvent.argtypes = [ctypes.c_void_p, Window, ctypes.c_int, ctypes.c_long, ctypes.c_void_p]
 _x11.XFree.argtypes = [ctypes.c_void_p]
+_x11.XSetInputFocus.argtypes = [ctypes.c_void_p, Window, ctypes.c_int, ctypes.c_ulong]
 _x11.XSync.argtypes = [ctypes.c_void_p, ctypes.c_int]
 _x11.XCloseDisplay.argtypes = [ctypes.c_void_p]
 _x11.XKeysymToKeycode.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
@@ -194,6 +195,12 @@ def another_window(x, y, width, height):
         _x11.XSync(display.pointer, 0)
         yield lambda: display.numbers(display.root(), "_NET_ACTIVE_WINDOW") == [window]
         _x11.XDestroyWindow(display.pointer, window)
+
+
+def take_the_keyboard():
+    """No window has the keyboard any more, as when another program takes it."""
+    with Display() as display:
+        _x11.XSetInputFocus(display.pointer, 0, 0, 0)
 
 
 def click(x, y, times=1):
