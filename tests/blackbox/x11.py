@@ -14,7 +14,8 @@ Window = Atom = ctypes.c_ulong
 CLIENT_MESSAGE = 33
 SUBSTRUCTURE = (1 << 19) | (1 << 20)  # who asks for these events: the window manager
 KEYSYMS = {"Ctrl": 0xFFE3, "Alt": 0xFFE9, "Up": 0xFF52, "Down": 0xFF54, "Delete": 0xFFFF,
-           "Return": 0xFF0D, "Escape": 0xFF1B, "Home": 0xFF50, "Tab": 0xFF09}
+           "Return": 0xFF0D, "Escape": 0xFF1B, "Home": 0xFF50, "Tab": 0xFF09, "Shift": 0xFFE1,
+           "space": 0x20}
 
 
 class ClientMessage(ctypes.Structure):
