@@ -260,7 +260,6 @@ QWidget* MainWindow::makeMapOptions() {
     endpoint = named("endpoint", new look::PopUp(218));
     endpoint->addItems({NXLocal(u"OpenStreetMap direkt"_s), NXLocal(u"Overpass · Standard"_s),
                         NXLocal(u"Overpass · Alternative"_s), NXLocal(u"Eigene HTTPS-Adresse"_s)});
-    // A pop-up is announced by its caption: on Linux it has no other name.
     Label* radiusCaption = makeLabel(12, look::colours::secondary, NXLocal(u"Umkreis"_s));
     radiusCaption->setBuddy(radius);
     Label* endpointCaption = makeLabel(12, look::colours::secondary, NXLocal(u"Datendienst"_s));
@@ -357,6 +356,9 @@ void MainWindow::showAlert(const QString& title, const QString& message, const Q
     auto* alert = new look::Panel(look::PanelKind::Alert, title, message, pages_);
     alert->setButtons(button);
     alert->open();
+    // A screen reader reads the alert out, where the keyboard is in this window.
+    if (isActiveWindow())
+        announcer_->say({}, look::Urgency::Polite);
 }
 
 // What the window says last can be copied: the text of an open panel, or else the status. The menu

@@ -18,6 +18,8 @@ TEST_PACKAGES+=(librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file)
 TEST_PACKAGES+=(python3-jsonschema)
 # A window manager; and a screen of the other kind, without a screen.
 TEST_PACKAGES+=(weston qt6-wayland openbox)
+# To hear what a screen reader says.
+SPOKEN_PACKAGES=(orca)
 # To hold the rules of the house.
 CHECK_PACKAGES=(clang-format-19 clang-tidy-19 git libbenchmark-dev)
 
@@ -71,7 +73,8 @@ TEXT
     return 1
 }
 
-# norvaxel_prepare run|headless|test|check|macos: everything that this needs is there afterwards, or it fails.
+# norvaxel_prepare run|headless|test|spoken|check|macos: everything that this needs is there afterwards,
+# or it fails.
 norvaxel_prepare() {
     local packages=("${RUN_PACKAGES[@]}") commands=("${RUN_COMMANDS[@]}")
     if [[ $1 == check ]]; then
@@ -85,8 +88,12 @@ norvaxel_prepare() {
         packages+=("${HEADLESS_PACKAGES[@]}")
         commands+=("${HEADLESS_COMMANDS[@]}")
     fi
-    if [[ $1 == test ]]; then
+    if [[ $1 == test || $1 == spoken ]]; then
         packages+=("${TEST_PACKAGES[@]}")
+    fi
+    if [[ $1 == spoken ]]; then
+        packages+=("${SPOKEN_PACKAGES[@]}")
+        commands+=(orca openbox)
     fi
     if command -v apt-get >/dev/null && command -v dpkg-query >/dev/null; then
         norvaxel_install "${packages[@]}"

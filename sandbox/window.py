@@ -246,8 +246,11 @@ class Window:
         return Atspi.Text.get_text(self.control(control), 0, -1)
 
     def value(self, combo):
-        """The item that a pop-up shows."""
-        return self.control(combo).get_name()
+        """The item that a pop-up shows: before the toolkit's version 6.8 only its description says it."""
+        entries = {row.get_name(): row for row in self._entries(combo)}
+        description = self.control(combo).get_description()
+        selected = (name for name, row in entries.items() if _has(row, Atspi.StateType.SELECTED))
+        return description if description in entries else next(selected, "")
 
     def selected_row(self, control):
         """The selected row's number, -1 for none."""

@@ -7,6 +7,7 @@
 
 #include <QAbstractItemView>
 #include <QAccessibleWidget>
+#include <QStackedWidget>
 
 #include <utility>
 
@@ -47,15 +48,17 @@ private:
     Label* label() const { return static_cast<Label*>(object()); }
 };
 
-// A pop-up as the toolkit describes one: named by its entry, with the list of its menu as its
-// child. In addition its entries can be stepped through; the toolkit's own list can be read and
-// nothing else before it is opened.
+// A pop-up: named by its caption, with the list of its menu as its child, whose entries can be
+// stepped through; the toolkit's own list can be read and nothing else before it is opened. Its
+// entry is its value. Before 6.8 nothing of that arrives at AT-SPI, and it is the description too.
 class AccessiblePopUp : public QAccessibleWidget {
 public:
     explicit AccessiblePopUp(PopUp* popUp) : QAccessibleWidget(popUp, QAccessible::ComboBox) {}
 
     QString text(QAccessible::Text kind) const override {
-        const bool isEntry = kind == QAccessible::Name || kind == QAccessible::Value;
+        constexpr bool isOld = QT_VERSION < QT_VERSION_CHECK(6, 8, 0);
+        const bool isEntry =
+            kind == QAccessible::Value || (isOld && kind == QAccessible::Description);
         return isEntry ? popUp()->currentText() : QAccessibleWidget::text(kind);
     }
 
@@ -94,9 +97,8 @@ private:
 
     // To the next or the previous entry; not beyond the ends.
     void step(int entries) const {
-        const int wanted = popUp()->currentIndex() + entries;
-        if (wanted >= 0 && wanted < popUp()->count())
-            popUp()->setCurrentIndex(wanted);
+        popUp()->setCurrentIndex(
+            qBound(0, popUp()->currentIndex() + entries, popUp()->count() - 1));
     }
 };
 
@@ -148,8 +150,9 @@ QAccessibleInterface* interfaceFor(const QString& /*className*/, QObject* object
         return new AccessibleLabel(label);
     if (auto* popUp = qobject_cast<PopUp*>(object))
         return new AccessiblePopUp(popUp);
-    if (auto* segments = qobject_cast<Segments*>(object))
-        return new QAccessibleWidget(segments, QAccessible::Grouping);
+    // The pages of a window are a "layered pane" to the toolkit, which readers then speak of.
+    if (qobject_cast<Segments*>(object) || qobject_cast<QStackedWidget*>(object))
+        return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Grouping);
     if (auto* panel = qobject_cast<Panel*>(object))
         return new AccessiblePanel(panel);
     if (auto* message = dynamic_cast<Message*>(object))

@@ -86,6 +86,8 @@ Panel::Panel(PanelKind kind, const QString& heading, const QString& information,
 void Panel::setAccessory(QWidget* accessory) {
     accessory_ = accessory;
     accessory->setFixedSize(innerWidth, sizes::popUp);
+    // Orca 48 comes upon a pop-up without a word of the panel round it.
+    accessory->setAccessibleDescription(information_->text());
     column_->addSpacing(16);
     column_->addWidget(accessory);
 }
@@ -123,10 +125,7 @@ void Panel::done(int result) {
 }
 
 void Panel::reject() {
-    if (otherButton_)
-        QDialog::reject();
-    else
-        accept();
+    done(otherButton_ ? Rejected : Accepted);
 }
 
 void Panel::paintEvent(QPaintEvent* /*event*/) {

@@ -8,10 +8,12 @@
 #include "look/text/Direction.h"
 #include "look/text/Fonts.h"
 
+#include <QAccessible>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
+#include <QTimer>
 
 namespace look {
 namespace {
@@ -154,18 +156,9 @@ void PlaceList::reset() {
 
 bool PlaceList::event(QEvent* event) {
     const bool isHandled = QListView::event(event);
-    switch (event->type()) {
-    case QEvent::ParentChange:
-    case QEvent::Move:
-    case QEvent::Resize:
-    case QEvent::Show:
-    case QEvent::Hide:
-    case QEvent::ZOrderChange:
+    using enum QEvent::Type;
+    if (QList{ParentChange, Move, Resize, Show, Hide, ZOrderChange}.contains(event->type()))
         placeEmptyLabel();
-        break;
-    default:
-        break;
-    }
     return isHandled;
 }
 
@@ -179,23 +172,26 @@ bool PlaceList::viewportEvent(QEvent* event) {
 }
 
 void PlaceList::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-    case Qt::Key_Home:
-    case Qt::Key_PageUp:
-    case Qt::Key_PageDown:
-        // The focus makes the first row the current one without selecting it, and the toolkit would
-        // go on from there: nobody could reach it with an arrow.
-        if (currentIndex().isValid() && !selectionModel()->hasSelection()) {
-            setCurrentIndex(currentIndex());
-            return;
-        }
-        break;
-    default:
-        break;
-    }
-    QListView::keyPressEvent(event);
+    using enum Qt::Key;
+    // The focus makes the first row the current one without selecting it, and the toolkit would go
+    // on from there: nobody could reach it with an arrow.
+    if (currentIndex().isValid() && !selectionModel()->hasSelection() &&
+        QList<int>{Key_Up, Key_Down, Key_Home, Key_PageUp, Key_PageDown}.contains(event->key()))
+        setCurrentIndex(currentIndex());
+    else
+        QListView::keyPressEvent(event);
+}
+
+// The toolkit tells a screen reader of the list alone, and that after this: so the selected row is
+// told of in the next turn.
+void PlaceList::focusInEvent(QFocusEvent* event) {
+    QListView::focusInEvent(event);
+    QTimer::singleShot(0, this, [this] {
+        QAccessibleEvent row(this, QAccessible::Focus);
+        row.setChild(currentIndex().row());
+        if (hasFocus() && selectionModel()->hasSelection())
+            QAccessible::updateAccessibility(&row);
+    });
 }
 
 void PlaceList::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {

@@ -1,5 +1,6 @@
 #include "look/controls/PopUp.h"
 
+#include "look/accessibility/Accessibility.h"
 #include "look/style/Sizes.h"
 
 #include <QStyle>
@@ -24,6 +25,15 @@ QRect PopUp::textRectangle() const {
 QString PopUp::elidedText() const {
     const QString entry = currentText();
     return fitLine(entry, font(), textRectangle().width()).isElided ? entry : QString();
+}
+
+// No reader reads out how an entry changes. What is chosen from the menu is read all the same: the
+// menu gives the keyboard back.
+void PopUp::keyPressEvent(QKeyEvent* event) {
+    const QString before = currentText();
+    QComboBox::keyPressEvent(event);
+    if (auto* announcer = window()->findChild<Announcer*>(); announcer && currentText() != before)
+        announcer->say(currentText(), Urgency::Polite);
 }
 
 void PopUp::wheelEvent(QWheelEvent* event) {

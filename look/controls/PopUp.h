@@ -21,6 +21,7 @@ public:
     QRect textRectangle() const;
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     // Scrolling over the window must not change a setting.
     void wheelEvent(QWheelEvent* event) override;
 };

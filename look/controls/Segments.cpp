@@ -43,22 +43,13 @@ protected:
 
     void keyPressEvent(QKeyEvent* event) override {
         const int forward = isRightToLeft() ? -1 : 1;
-        switch (event->key()) {
-        case Qt::Key_Left:
-            segments_->moveFrom(this, -forward);
-            return;
-        case Qt::Key_Right:
-            segments_->moveFrom(this, forward);
-            return;
-        case Qt::Key_Up:
-            segments_->moveFrom(this, -1);
-            return;
-        case Qt::Key_Down:
-            segments_->moveFrom(this, 1);
-            return;
-        default:
+        const int key = event->key();
+        const int across = int(key == Qt::Key_Right) - int(key == Qt::Key_Left);
+        const int down = int(key == Qt::Key_Down) - int(key == Qt::Key_Up);
+        if (across != 0 || down != 0)
+            segments_->moveFrom(this, forward * across + down);
+        else
             QRadioButton::keyPressEvent(event);
-        }
     }
 
     void paintEvent(QPaintEvent* /*event*/) override {

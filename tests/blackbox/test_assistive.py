@@ -1,11 +1,12 @@
-"""The window used through the accessibility interface alone, without a key and without the mouse:
-what it is told there, and what it can do from there.
+"""The window used through the accessibility interface, nearly always without a key and without the
+mouse: what is told there, and what can be done from there.
 
 A screen reader reads out an announcement, wherever the focus is. A toolkit before 6.8 has none: there it
 reads out what comes to show with the role “notification”. One that lies in an alert is an error.
 """
 import unittest
 
+import x11
 from harness import CANCELLED, CHOOSE, CHOSEN, FINISHED, LOADING, READY, BlackBox, w
 from routes import ADDED, BERLIN, COMPUTING, FIRST, LEIPZIG, MOVED, MUNICH, REMOVED, numbered
 from routes import CHOSEN as PLACE_CHOSEN
@@ -92,6 +93,13 @@ class Assistive(BlackBox):
 
     def assert_announced(self, *said):
         self.assertEqual(self.listener.waits_for(*said), list(said))
+
+    def assert_focused(self, *controls):
+        """The focus ends on that way."""
+        w.until(lambda: w.hear() or self.listener.focused[-1:] == [controls[-1]], f"{controls[-1]} has the focus",
+                w.SECONDS, lambda: self.listener.focused)
+        self.assertEqual(self.listener.focused[-len(controls):], list(controls))
+        self.listener.focused.clear()
 
     def choose_row(self, control, row):
         """Selects a row as a screen reader does, without a pointer."""
@@ -190,12 +198,49 @@ class Assistive(BlackBox):
         self.choose_row(w.RESULTS, 0)
         self.assert_announced((POLITE, CHOSEN))
         self.window.press(w.DOWNLOAD)
-        title, message = self.window.dialog()
-        self.assertEqual(self.listener.waits_for((ASSERTIVE, message))[-1], (ASSERTIVE, message))
+        self.assert_announced((POLITE, LOADING))
+        title, _ = self.window.dialog()
         alert = next(each for each in self.window.all() if w.role_of(each) == "alert")
         self.assertEqual(alert.get_name(), title)
         self.window.press(w.OK)
         w.until(lambda: self.window.find(w.OK) is None, "the alert has gone")
+        self.window.type(w.QUERY, "x")
+        self.assert_announced((POLITE, READY))  # and not what the alert has said
+
+    def test_who_works_elsewhere_hears_of_a_failed_import(self):
+        gate = self.folder / "gate"
+        self.importer_behaves("missing-file")
+        self.start(NORVAXEL_SANDBOX_GATE=gate)
+        self.search_without_keys("Berlin")
+        self.choose_row(w.RESULTS, 0)
+        self.window.press(w.DOWNLOAD)
+        self.assert_announced((POLITE, CHOSEN), (POLITE, LOADING))
+        w.until(lambda: self.window.focused(w.CANCEL), "the window has the keyboard")
+        x11.take_the_keyboard()
+        w.until(lambda: not self.window.focused(w.CANCEL), "the window has the keyboard no more")
+        gate.touch()
+        _, message = self.window.dialog()
+        self.assert_announced((ASSERTIVE, message))
+
+    def test_what_the_arrows_choose_is_told_once(self):
+        self.start()
+        self.search_without_keys("Berlin")
+        self.listener.focused.clear()
+        x11.press("Down")
+        self.assert_announced((POLITE, CHOSEN))
+        self.assert_focused(w.RESULTS, ("list item", "Berlin\nDeutschland · 52.5174, 13.3951"))
+        x11.press("Tab")
+        self.assert_focused(w.RADIUS)
+        for key, entry in (("Down", "1,2 km"), ("Down", "2 km"), ("Down", None), ("Up", "1,2 km")):
+            x11.press(key)
+            if entry is not None:
+                self.assert_announced((POLITE, entry))
+                self.assertEqual(self.window.value(w.RADIUS), entry)
+        self.listener.focused.clear()
+        self.window.choose(w.RADIUS, "400 m")
+        w.until(lambda: w.hear() or self.listener.focused[-1:] == [w.RADIUS], "the menu gives the keyboard back")
+        x11.press("Down")
+        self.assert_announced((POLITE, "800 m"))
 
     def test_a_route_is_collected_ordered_and_computed(self):
         gate = self.folder / "gate"
@@ -244,6 +289,8 @@ class Assistive(BlackBox):
             targets = [w.role_of(relation.get_target(0)) for relation in caption.get_relation_set()
                        if relation.get_relation_type() == Atspi.RelationType.LABEL_FOR]
             self.assertEqual(targets, ["combo box"])
+            self.assertEqual(self.window.control(pop_up).get_name(), pop_up[1])
+        self.assertEqual(self.window.value(w.RADIUS), "800 m")
         self.assertEqual(self.window.items(w.RADIUS), ["400 m", "800 m", "1,2 km", "2 km"])
         self.window.press(w.ROUTE_MODE)
         self.assertEqual(self.description(("panel", "Reiseart")), TRAVEL)

@@ -154,7 +154,7 @@ class Sheets(BlackBox):
         for control in self.BEHIND:
             self.assertIsNone(self.window.find(control), control[1])
         self.assertEqual([w.role_of(each) for each in self.window.all() if each.get_name() == "Sprache wählen"],
-                         ["dialog", "label"])
+                         ["dialog", "label", "combo box"])
         with self.window.leaving(self.APPLY):
             x11.press("Return")
         self.window.control(w.OK)

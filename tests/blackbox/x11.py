@@ -14,7 +14,8 @@ Window = Atom = ctypes.c_ulong
 CLIENT_MESSAGE = 33
 SUBSTRUCTURE = (1 << 19) | (1 << 20)  # who asks for these events: the window manager
 KEYSYMS = {"Ctrl": 0xFFE3, "Alt": 0xFFE9, "Up": 0xFF52, "Down": 0xFF54, "Delete": 0xFFFF,
-           "Return": 0xFF0D, "Escape": 0xFF1B, "Home": 0xFF50, "Tab": 0xFF09}
+           "Return": 0xFF0D, "Escape": 0xFF1B, "Home": 0xFF50, "Tab": 0xFF09, "Shift": 0xFFE1,
+           "space": 0x20}
 
 
 class ClientMessage(ctypes.Structure):
@@ -44,6 +45,7 @@ _x11.XGetWindowAttributes.argtypes = [ctypes.c_void_p, Window, ctypes.c_void_p]
 _x11.XTranslateCoordinates.argtypes = [ctypes.c_void_p, Window, Window, *[ctypes.c_int] * 2, *[ctypes.c_void_p] * 3]
 _x11.XSendEvent.argtypes = [ctypes.c_void_p, Window, ctypes.c_int, ctypes.c_long, ctypes.c_void_p]
 _x11.XFree.argtypes = [ctypes.c_void_p]
+_x11.XSetInputFocus.argtypes = [ctypes.c_void_p, Window, ctypes.c_int, ctypes.c_ulong]
 _x11.XSync.argtypes = [ctypes.c_void_p, ctypes.c_int]
 _x11.XCloseDisplay.argtypes = [ctypes.c_void_p]
 _x11.XKeysymToKeycode.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
@@ -194,6 +196,12 @@ def another_window(x, y, width, height):
         _x11.XSync(display.pointer, 0)
         yield lambda: display.numbers(display.root(), "_NET_ACTIVE_WINDOW") == [window]
         _x11.XDestroyWindow(display.pointer, window)
+
+
+def take_the_keyboard():
+    """No window has the keyboard any more, as when another program takes it."""
+    with Display() as display:
+        _x11.XSetInputFocus(display.pointer, 0, 0, 0)
 
 
 def click(x, y, times=1):

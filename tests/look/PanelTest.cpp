@@ -121,6 +121,16 @@ TEST_F(PanelTest, the_page_below_shows_under_black) {
     }
 }
 
+TEST_F(PanelTest, what_has_the_keyboard_first_tells_what_the_panel_says) {
+    auto* panel = new Panel(PanelKind::Dialog, u"Frage"_s, u"Nur hier."_s, pages);
+    auto* accessory = new QLineEdit;
+    panel->setAccessory(accessory);
+    panel->setButtons(u"OK"_s);
+    panel->open();
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(accessory)->text(QAccessible::Description),
+              u"Nur hier."_s);
+}
+
 TEST_F(PanelTest, nothing_reaches_the_page_below) {
     bool isPressed = false;
     new QShortcut(Qt::Key_F5, content, [&] { isPressed = true; });

@@ -91,13 +91,32 @@ TEST_F(AccessibilityTest, every_control_has_a_name_and_a_role) {
     EXPECT_EQ(nameOf(glyph), u"Norvaxel 3D"_s);
 }
 
-// On Linux a pop-up has no name but its entry: its caption names it.
-TEST_F(AccessibilityTest, pop_ups_are_related_to_their_captions) {
+TEST_F(AccessibilityTest, a_pop_up_is_named_by_its_caption_and_its_entry_is_told_once) {
     start();
-    EXPECT_EQ(captionsOf(control("radius")), QStringList(u"Umkreis"_s));
-    EXPECT_EQ(captionsOf(control("endpoint")), QStringList(u"Datendienst"_s));
-    for (const char* name : {"radius", "endpoint"})
+    const struct {
+        const char* control;
+        QString caption;
+        QString entry;
+    } popUps[] = {{"radius", u"Umkreis"_s, u"2 km"_s},
+                  {"endpoint", u"Datendienst"_s, u"Eigene HTTPS-Adresse"_s}};
+    for (const auto& [name, caption, entry] : popUps) {
+        choose(name, 3);
+        EXPECT_EQ(captionsOf(control(name)), QStringList(caption));
+        EXPECT_EQ(nameOf(control(name)), caption);
         EXPECT_EQ(spoken(control(name))->role(), QAccessible::ComboBox);
+        EXPECT_EQ(spoken(control(name))->text(QAccessible::Value), entry);
+        // Before 6.8 AT-SPI is not told the value.
+        const bool isValueHeard = QT_VERSION >= QT_VERSION_CHECK(6, 8, 0);
+        EXPECT_EQ(spoken(control(name))->text(QAccessible::Description),
+                  isValueHeard ? QString() : entry);
+    }
+}
+
+TEST_F(AccessibilityTest, what_only_holds_others_is_not_told_of) {
+    start();
+    // A group without a name: a screen reader passes over it.
+    EXPECT_EQ(spoken(window()->centralWidget())->role(), QAccessible::Grouping);
+    EXPECT_EQ(nameOf(window()->centralWidget()), QString());
 }
 
 TEST_F(AccessibilityTest, a_tooltip_is_the_description_of_its_control) {
