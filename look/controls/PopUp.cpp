@@ -4,7 +4,7 @@
 
 #include <QStyle>
 #include <QStyleOptionComboBox>
-#include <QWheelEvent>
+#include <QTimer>
 
 namespace look {
 
@@ -25,8 +25,10 @@ QString PopUp::elidedText() const {
     return fitLine(entry, font(), textRectangle().width()).isElided ? entry : QString();
 }
 
-void PopUp::wheelEvent(QWheelEvent* event) {
-    event->ignore();
+// Until then the menu takes the key that closes it. Where a desktop leaves the keyboard with the
+// window below (sway), the toolkit would hand that key to the dialog, too.
+void PopUp::hidePopup() {
+    QTimer::singleShot(0, this, [this] { QComboBox::hidePopup(); });
 }
 
 } // namespace look
