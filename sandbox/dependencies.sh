@@ -18,6 +18,8 @@ TEST_PACKAGES+=(librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file)
 TEST_PACKAGES+=(python3-jsonschema)
 # A window manager; and a screen of the other kind, without a screen.
 TEST_PACKAGES+=(weston qt6-wayland openbox)
+# The window managers and compositors of ./test desktops, as far as they are not there for ./test.
+DESKTOP_PACKAGES=(xfwm4 marco mate-settings-daemon-common mutter kwin-x11 icewm i3-wm sway kwin-wayland)
 # To hold the rules of the house.
 CHECK_PACKAGES=(clang-format-19 clang-tidy-19 git libbenchmark-dev)
 
@@ -71,7 +73,7 @@ TEXT
     return 1
 }
 
-# norvaxel_prepare run|headless|test|check: everything that this needs is there afterwards, or it fails.
+# norvaxel_prepare run|headless|test|desktops|check: everything that this needs is there afterwards, or it fails.
 norvaxel_prepare() {
     local packages=("${RUN_PACKAGES[@]}") commands=("${RUN_COMMANDS[@]}")
     if [[ $1 == check ]]; then
@@ -81,8 +83,11 @@ norvaxel_prepare() {
         packages+=("${HEADLESS_PACKAGES[@]}")
         commands+=("${HEADLESS_COMMANDS[@]}")
     fi
-    if [[ $1 == test ]]; then
+    if [[ $1 == test || $1 == desktops ]]; then
         packages+=("${TEST_PACKAGES[@]}")
+    fi
+    if [[ $1 == desktops ]]; then
+        packages+=("${DESKTOP_PACKAGES[@]}")
     fi
     if command -v apt-get >/dev/null && command -v dpkg-query >/dev/null; then
         norvaxel_install "${packages[@]}"
