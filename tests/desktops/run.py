@@ -165,7 +165,7 @@ def main(names):
         sys.exit(f"There is no desktop {unknown[0]}; there are {', '.join(known)}.")
     counts = {"yes": 0, "no": 0}
     for name in names or known:
-        cells, reasons = {}, dict(known[name].known)
+        cells, reasons = {}, {}
         for screen in (MAIN_SCREEN, *(SCREENS if name in desktops.X11 else ())):
             for into, found in zip((cells, reasons), try_on(name, screen)):
                 into.update(found)
@@ -181,7 +181,7 @@ def main(names):
         shown = " | ".join(cells[column] for column in [*COLUMNS, *map(heading, SCREENS)])
         rows[key] = f"| {name} {known[name].version()} | {key[1]} | {shown} |"
         remarks[key] = [f"- {name}, Debian {key[1]}, {COLUMNS.get(column, (column,))[0]}: {reason}"
-                        for column, reason in reasons.items()]
+                        for column, reason in [*reasons.items(), *known[name].known.items()]]
         write_paper(rows, remarks)
     print(f"\n{counts['yes']} passed, {counts['no']} failed")
     return 1 if counts["no"] else 0
