@@ -13,7 +13,8 @@ SCREEN = (1280, 1024)
 class Desktop:
     """Runs from its creation to end(). `environment` is what a program needs to appear on it."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, size=SCREEN):
+        self.size = size
         self.folder = pathlib.Path(folder)
         self._helpers = []
         for name in ("runtime", "screen"):
@@ -21,7 +22,7 @@ class Desktop:
         base = {"PATH": os.environ.get("PATH", "/usr/bin:/bin"), "HOME": str(self.folder),
                 "XDG_RUNTIME_DIR": str(self.folder / "runtime"), "LANG": "C.UTF-8",
                 "GSETTINGS_BACKEND": "memory", "GVFS_DISABLE_FUSE": "1"}
-        width, height = SCREEN
+        width, height = size
         display = self._announced(["Xvfb", "-displayfd", "{}", "-screen", "0", f"{width}x{height}x24",
                                    "-nolisten", "tcp", "-fbdir", self.folder / "screen"], base)
         base["DISPLAY"] = f":{display}"

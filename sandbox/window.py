@@ -168,9 +168,13 @@ class Window:
 
     def all(self, role=None):
         """All controls that show, in the order of the tree."""
-        return [each for each in _walk(self._application)
+        return [each for each in self.everything()
                 if (role is None or role_of(each) == role)
                 and _has(each, Atspi.StateType.SHOWING)]
+
+    def everything(self):
+        """All controls, also those that do not show, such as the items of a menu that is closed."""
+        return _walk(self._application)
 
     def find(self, control):
         """The control if it shows, else nothing."""

@@ -99,13 +99,12 @@ void Panel::setButtons(const QString& prominentTitle, const QString& otherTitle)
 
     auto* row = new QHBoxLayout;
     row->setSpacing(gap);
-    if (otherTitle.isEmpty()) {
-        prominentButton_->setFixedWidth(innerWidth);
-    } else {
+    const int width = otherTitle.isEmpty() ? innerWidth : (innerWidth - gap) / 2;
+    prominentButton_->setFixedWidth(width);
+    if (!otherTitle.isEmpty()) {
         otherButton_ = new Button(ButtonKind::Push, otherTitle, this);
         connect(otherButton_, &QPushButton::clicked, this, &QDialog::reject);
-        otherButton_->setFixedWidth((innerWidth - gap) / 2);
-        prominentButton_->setFixedWidth((innerWidth - gap) / 2);
+        otherButton_->setFixedWidth(width);
         row->addWidget(otherButton_);
     }
     row->addWidget(prominentButton_);

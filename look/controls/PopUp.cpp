@@ -5,7 +5,7 @@
 
 #include <QStyle>
 #include <QStyleOptionComboBox>
-#include <QWheelEvent>
+#include <QTimer>
 
 namespace look {
 
@@ -27,6 +27,12 @@ QString PopUp::elidedText() const {
     return fitLine(entry, font(), textRectangle().width()).isElided ? entry : QString();
 }
 
+// Until then the menu takes the key that closes it. Where a desktop leaves the keyboard with the
+// window below (sway), the toolkit would hand that key to the dialog, too.
+void PopUp::hidePopup() {
+    QTimer::singleShot(0, this, [this] { QComboBox::hidePopup(); });
+}
+
 // No reader reads out how an entry changes. What is chosen from the menu is read all the same: the
 // menu gives the keyboard back.
 void PopUp::keyPressEvent(QKeyEvent* event) {
@@ -34,10 +40,6 @@ void PopUp::keyPressEvent(QKeyEvent* event) {
     QComboBox::keyPressEvent(event);
     if (auto* announcer = window()->findChild<Announcer*>(); announcer && currentText() != before)
         announcer->say(currentText(), Urgency::Polite);
-}
-
-void PopUp::wheelEvent(QWheelEvent* event) {
-    event->ignore();
 }
 
 } // namespace look

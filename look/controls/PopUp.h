@@ -3,6 +3,7 @@
 #include "look/text/LiteralText.h"
 
 #include <QComboBox>
+#include <QWheelEvent>
 
 namespace look {
 
@@ -19,11 +20,13 @@ public:
     QString elidedText() const override;
     // The part of the control that the current entry may take.
     QRect textRectangle() const;
+    // In the next turn.
+    void hidePopup() override;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     // Scrolling over the window must not change a setting.
-    void wheelEvent(QWheelEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
 };
 
 } // namespace look

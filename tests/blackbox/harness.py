@@ -43,13 +43,13 @@ LOADING = "Ortsdaten, Gebäude und Gelände werden für Norvaxel 3D geladen. Das
 _screen = None
 
 
-def screen():
-    """The desktop that all cases of this process share."""
+def screen(size=desktop.SCREEN):
+    """The desktop that all cases of this process share; its size is that of the first call."""
     global _screen
     if _screen is None:
         processes.adopt_orphans()
         folder = tempfile.mkdtemp(prefix="norvaxel-desktop-")
-        _screen = desktop.Desktop(folder)
+        _screen = desktop.Desktop(folder, size)
         # The accessibility library of this process looks for the same desktop.
         os.environ.update(_screen.environment)
         w.desktop()

@@ -84,7 +84,16 @@ class Sheets(BlackBox):
 
     def start(self, *arguments, **environment):
         super().start(*arguments, **environment)
-        w.until(lambda: x11.is_active(self.program.pid), "the window is the active one")
+        w.until(self.is_active, "the window is the active one")
+
+    def is_active(self):
+        return x11.is_active(self.program.pid)
+
+    def asks_for_attention(self):
+        return "_NET_WM_STATE_DEMANDS_ATTENTION" in x11.states(self.program.pid)
+
+    def press_close_button(self):
+        x11.close_window(self.program.pid)
 
     def ask(self):
         self.window.press(w.LANGUAGE)
@@ -97,9 +106,12 @@ class Sheets(BlackBox):
         self.importer_behaves(how)
         self.start(NORVAXEL_SANDBOX_GATE=self.folder / "gate")
         self.search("Berlin")
-        self.window.select(w.RESULTS, 0)
+        self.select_first()
         self.window.press(w.DOWNLOAD)
         self.importer_event()
+
+    def select_first(self):
+        self.window.select(w.RESULTS, 0)
 
     def end_import(self):
         (self.folder / "gate").touch()
@@ -114,6 +126,9 @@ class Sheets(BlackBox):
         x, y, width, _ = x11.place(self.program.pid)
         return x + width // 2, y + 100  # on what lies under the sheet
 
+    def go_to_workspace(self, number):
+        x11.to_workspace(number)
+
     def leave_and_enter(self):
         """(name, what a person does) to leave the window and come back into it."""
         def click():
@@ -123,13 +138,13 @@ class Sheets(BlackBox):
             with x11.another_window(5, 5, 90, 90) as is_active:
                 w.until(is_active, "another window is active")
                 enter()
-                w.until(lambda: x11.is_active(self.program.pid), "the window is active again")
+                w.until(self.is_active, "the window is active again")
 
         def workspaces():
-            x11.to_workspace(1)
-            w.until(lambda: x11.place(self.program.pid) is None, "another workspace shows")
-            x11.to_workspace(0)
-            w.until(lambda: x11.is_active(self.program.pid), "the window is active again")
+            self.go_to_workspace(1)
+            w.until(lambda: not self.is_active(), "another workspace shows")
+            self.go_to_workspace(0)
+            w.until(self.is_active, "the window is active again")
         yield "a click on what it covers", click
         yield "another window, then a click", lambda: back_to_it(click)
         yield "another window, then the task bar", lambda: back_to_it(lambda: x11.activate(self.program.pid))
@@ -141,7 +156,7 @@ class Sheets(BlackBox):
             with self.subTest(name):
                 self.ask()
                 leave_and_enter()
-                self.assertTrue(self.window.focused(self.LANGUAGES), "it still has the keyboard")
+                w.until(lambda: self.window.focused(self.LANGUAGES), "it still has the keyboard")
                 x11.press("Tab")
                 w.until(lambda: self.window.focused(self.APPLY), "Tab goes on in it")
                 self.close("Escape", self.APPLY)
@@ -185,24 +200,25 @@ class Sheets(BlackBox):
         self.end_import()
         self.window.control(w.OK)
         x11.activate(self.program.pid)
-        w.until(lambda: x11.is_active(self.program.pid), "the window is active again")
+        w.until(self.is_active, "the window is active again")
         self.close("Return", w.OK)
 
     def test_the_task_bar_shows_that_a_job_has_ended_in_a_window_that_is_not_active(self):
-        attention = "_NET_WM_STATE_DEMANDS_ATTENTION"
         for how in ("missing-file", ""):
             with self.subTest(how):
                 self.start_import(how)
-                with x11.another_window(5, 5, 90, 90) as is_active:
+                # Over a part of it: some desktops show no call of a window that is in full view.
+                x, y, _, _ = x11.place(self.program.pid)
+                with x11.another_window(x, y, 90, 90) as is_active:
                     w.until(is_active, "another window is active")
                     w.until(lambda: not self.window.all("frame")[0].get_state_set().contains(w.Atspi.StateType.ACTIVE),
                             "the window knows it")
-                    self.assertNotIn(attention, x11.states(self.program.pid))
+                    self.assertFalse(self.asks_for_attention())
                     self.end_import()
-                    w.until(lambda: attention in x11.states(self.program.pid), "the window asks for attention")
+                    w.until(self.asks_for_attention, "the window asks for attention")
                     x11.activate(self.program.pid)
-                    w.until(lambda: x11.is_active(self.program.pid), "the window is active again")
-                    w.until(lambda: attention not in x11.states(self.program.pid), "that is all it asked for")
+                    w.until(self.is_active, "the window is active again")
+                    w.until(lambda: not self.asks_for_attention(), "that is all it asked for")
                 self.program.terminate()
                 self.assert_ended_well()
 
@@ -214,7 +230,7 @@ class Sheets(BlackBox):
 
     def test_an_alert_does_not_keep_the_program_from_ending(self):
         roads = {"Ctrl+Q": lambda: x11.press("Ctrl+q"), "Ctrl+W": lambda: x11.press("Ctrl+w"),
-                 "the window's button": lambda: x11.close_window(self.program.pid),
+                 "the window's button": self.press_close_button,
                  "SIGTERM": lambda: self.program.send_signal(signal.SIGTERM)}
         for name, road in roads.items():
             with self.subTest(name):

@@ -14,8 +14,9 @@ Window = Atom = ctypes.c_ulong
 CLIENT_MESSAGE = 33
 SUBSTRUCTURE = (1 << 19) | (1 << 20)  # who asks for these events: the window manager
 KEYSYMS = {"Ctrl": 0xFFE3, "Alt": 0xFFE9, "Up": 0xFF52, "Down": 0xFF54, "Delete": 0xFFFF,
-           "Return": 0xFF0D, "Escape": 0xFF1B, "Home": 0xFF50, "Tab": 0xFF09, "Shift": 0xFFE1,
-           "space": 0x20}
+           "Return": 0xFF0D, "Escape": 0xFF1B, "Home": 0xFF50, "Tab": 0xFF09, "Shift": 0xFFE1, "space": 0x20,
+           "Super": 0xFFEB, "Page_Up": 0xFF55, "Page_Down": 0xFF56,
+           **{f"F{number}": 0xFFBD + number for number in range(1, 13)}}
 
 
 class ClientMessage(ctypes.Structure):
@@ -53,6 +54,7 @@ _x11.XKeysymToKeycode.restype = ctypes.c_ubyte
 _x11.XCreateSimpleWindow.restype = Window
 _x11.XCreateSimpleWindow.argtypes = [ctypes.c_void_p, Window, *[ctypes.c_int] * 5, *[ctypes.c_ulong] * 2]
 _x11.XStoreName.argtypes = [ctypes.c_void_p, Window, ctypes.c_char_p]
+_x11.XChangeProperty.argtypes = [ctypes.c_void_p, Window, Atom, Atom, *[ctypes.c_int] * 2, ctypes.c_void_p, ctypes.c_int]
 _x11.XMapWindow.argtypes = [ctypes.c_void_p, Window]
 _x11.XDestroyWindow.argtypes = [ctypes.c_void_p, Window]
 _test.XTestFakeMotionEvent.argtypes = [ctypes.c_void_p, ctypes.c_int, ctypes.c_int, ctypes.c_int, ctypes.c_ulong]
@@ -97,6 +99,10 @@ class Display:
             _x11.XFree(data)
         return values
 
+    def put(self, window, name, kind, *values):
+        """Sets a window's property."""
+        _x11.XChangeProperty(self.pointer, window, self.atom(name), self.atom(kind), 32, 0,
+                             (ctypes.c_ulong * len(values))(*values), len(values))
 
     def root(self):
         return _x11.XDefaultRootWindow(self.pointer)
@@ -158,6 +164,12 @@ def place(pid):
         return display.place(display.main_window(pid))
 
 
+def frame(pid):
+    """How wide the main window's frame is: (left, right, top, bottom)."""
+    with Display() as display:
+        return tuple(display.numbers(display.main_window(pid), "_NET_FRAME_EXTENTS")) or (0, 0, 0, 0)
+
+
 def popped_up(pid):
     """Where the process's window is that no window manager frames; nothing if none shows."""
     with Display() as display:
@@ -192,9 +204,24 @@ def another_window(x, y, width, height):
     with Display() as display:
         window = _x11.XCreateSimpleWindow(display.pointer, display.root(), x, y, width, height, 0, 0, 0x336633)
         _x11.XStoreName(display.pointer, window, b"another")
+        display.put(window, "WM_NORMAL_HINTS", "WM_SIZE_HINTS", 1, *[0] * 17)  # a person wants it there
         _x11.XMapWindow(display.pointer, window)
         _x11.XSync(display.pointer, 0)
-        yield lambda: display.numbers(display.root(), "_NET_ACTIVE_WINDOW") == [window]
+        yield lambda: display.numbers(display.root(), "_NET_ACTIVE_WINDOW")[:1] == [window]
+        _x11.XDestroyWindow(display.pointer, window)
+
+
+@contextlib.contextmanager
+def bar(width, height):
+    """A bar along the screen's upper end that no window shall cover, as long as the context lasts."""
+    with Display() as display:
+        window = _x11.XCreateSimpleWindow(display.pointer, display.root(), 0, 0, width, height, 0, 0, 0x333366)
+        display.put(window, "_NET_WM_WINDOW_TYPE", "ATOM", display.atom("_NET_WM_WINDOW_TYPE_DOCK"))
+        display.put(window, "_NET_WM_STRUT", "CARDINAL", 0, 0, height, 0)
+        display.put(window, "_NET_WM_STRUT_PARTIAL", "CARDINAL", 0, 0, height, 0, 0, 0, 0, 0, 0, width - 1, 0, 0)
+        _x11.XMapWindow(display.pointer, window)
+        _x11.XSync(display.pointer, 0)
+        yield lambda: (display.numbers(display.root(), "_NET_WORKAREA") or [0, height])[1] == height
         _x11.XDestroyWindow(display.pointer, window)
 
 
@@ -211,6 +238,19 @@ def click(x, y, times=1):
         for _ in range(times):
             _test.XTestFakeButtonEvent(display.pointer, 1, 1, 0)
             _test.XTestFakeButtonEvent(display.pointer, 1, 0, 0)
+
+
+def drag(start, end, key):
+    """Holds the key and the mouse's first button from one place to the other."""
+    with Display() as display:
+        code = _x11.XKeysymToKeycode(display.pointer, KEYSYMS[key])
+        _test.XTestFakeMotionEvent(display.pointer, -1, *start, 0)
+        _test.XTestFakeKeyEvent(display.pointer, code, 1, 0)
+        _test.XTestFakeButtonEvent(display.pointer, 1, 1, 0)
+        for step in range(1, 11):
+            _test.XTestFakeMotionEvent(display.pointer, -1, *(a + (b - a) * step // 10 for a, b in zip(start, end)), 0)
+        _test.XTestFakeButtonEvent(display.pointer, 1, 0, 0)
+        _test.XTestFakeKeyEvent(display.pointer, code, 0, 0)
 
 
 def press(keys):

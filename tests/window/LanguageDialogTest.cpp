@@ -345,4 +345,22 @@ TEST_F(LanguageDialogTest, a_second_click_behind_it_opens_no_second_one) {
     pressOther();
 }
 
+TEST_F(LanguageDialogTest, a_key_that_closes_the_list_does_nothing_to_the_dialog) {
+    start();
+    openDialog();
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
+        languages()->showPopup();
+        ASSERT_TRUE(languages()->view()->isVisible());
+        // Not every desktop gives the list the keyboard.
+        QTest::keyClick(window()->windowHandle(), key);
+        ASSERT_NE(dialog(), nullptr);
+        ASSERT_EQ(dialog()->heading()->text(), question);
+        EXPECT_FALSE(languages()->view()->isVisible());
+        EXPECT_EQ(stored(), "de\n");
+    }
+    QTest::keyClick(window()->windowHandle(), Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(dialog(), nullptr) << "the next key is the dialog's";
+}
+
 } // namespace
