@@ -129,7 +129,7 @@ def read_paper():
     text = PAPER.read_text(encoding="utf-8") if PAPER.exists() else ""
     for line in text.splitlines():
         row = re.match(r"\| (\w+) \S+ \| (\d+) \|", line)
-        remark = re.match(r"- (\w+), Debian (\d+), ", line)
+        remark = re.match(r"\| (\w+) \| (\d+) \|", line)
         if row:
             rows[row[1], row[2]] = line
         if remark:
@@ -154,7 +154,7 @@ def write_paper(rows, remarks):
         f"| desktop | Debian | {' | '.join(headings)} |", "| --- " * (len(headings) + 2) + "|",
         *[rows[key] for key in order], "",
         "**no**, or a bold number: not as expected. –: cannot be tried there. Why, for both:", "",
-        *(said or ["(there is neither)"]), "",
+        "| desktop | Debian | column | why |", "| --- | --- | --- | --- |", *said, "",
         "| column | what it says |", "| --- | --- |", *legend, ""]), encoding="utf-8")
 
 
@@ -180,7 +180,7 @@ def main(names):
         rows, remarks = read_paper()
         shown = " | ".join(cells[column] for column in [*COLUMNS, *map(heading, SCREENS)])
         rows[key] = f"| {name} {known[name].version()} | {key[1]} | {shown} |"
-        remarks[key] = [f"- {name}, Debian {key[1]}, {COLUMNS.get(column, (column,))[0]}: {reason}"
+        remarks[key] = [f"| {name} | {key[1]} | {COLUMNS.get(column, (column,))[0]} | {reason} |"
                         for column, reason in [*reasons.items(), *known[name].known.items()]]
         write_paper(rows, remarks)
     print(f"\n{counts['yes']} passed, {counts['no']} failed")
