@@ -3,11 +3,32 @@
 #include "look/accessibility/Accessibility.h"
 #include "look/style/Sizes.h"
 
+#include <QApplication>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QTimer>
 
 namespace look {
+namespace {
+
+// Takes the next key if it comes in this turn.
+class KeyTaker : public QObject {
+public:
+    KeyTaker() {
+        qApp->installEventFilter(this);
+        QTimer::singleShot(0, qApp, [this] { delete this; });
+    }
+
+protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        const bool isKey = event->type() == QEvent::KeyPress;
+        if (isKey)
+            qApp->removeEventFilter(this);
+        return isKey;
+    }
+};
+
+} // namespace
 
 PopUp::PopUp(int width, QWidget* parent) : QComboBox(parent) {
     // Its font is the application's: setting one would make the menu before anybody opens it.
@@ -27,10 +48,12 @@ QString PopUp::elidedText() const {
     return fitLine(entry, font(), textRectangle().width()).isElided ? entry : QString();
 }
 
-// Until then the menu takes the key that closes it. Where a desktop leaves the keyboard with the
-// window below (sway), the toolkit would hand that key to the dialog, too.
+// The toolkit closes the menu while it asks who overrides shortcuts. Where a desktop leaves the
+// keyboard with the window below (sway), it would hand the same key to that window, too.
 void PopUp::hidePopup() {
-    QTimer::singleShot(0, this, [this] { QComboBox::hidePopup(); });
+    if (QApplication::activePopupWidget())
+        new KeyTaker;
+    QComboBox::hidePopup();
 }
 
 // No reader reads out how an entry changes. What is chosen from the menu is read all the same: the

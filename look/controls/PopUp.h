@@ -20,7 +20,6 @@ public:
     QString elidedText() const override;
     // The part of the control that the current entry may take.
     QRect textRectangle() const;
-    // In the next turn.
     void hidePopup() override;
 
 protected:
