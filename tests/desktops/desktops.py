@@ -72,9 +72,7 @@ MUTTER = "MUTTER_DEBUG_DUMMY_MODE_SPECS=1280x1024 exec mutter --wayland --nested
 
 WAYLAND = {each.name: each for each in (
     Manager("sway", "sway", ("sh", "-c", SWAY), files={".config/sway/config": SWAY_CONFIG},
-            workspace=("Super+2", "Super+1"), lacks=NO_ICON | QUIET, known={
-                "the_list_of_languages_is_where_it_belongs": "not so where no assistive technology listens; for it the "
-                                                             "toolkit sends keys round by the bus"}),
+            workspace=("Super+2", "Super+1"), lacks=NO_ICON | QUIET),
     Manager("kwin_wayland", "kwin-wayland", ("sh", "-c", KWIN_WAYLAND), files=KWIN, workspace=("Ctrl+F2", "Ctrl+F1"),
             lacks=QUIET),
     Manager("mutter_wayland", "mutter", ("sh", "-c", MUTTER), workspace=("Super+Page_Down", "Super+Page_Up"),

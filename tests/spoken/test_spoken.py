@@ -74,12 +74,15 @@ class Spoken(BlackBox):
         return "".join(line for line in super().printed().splitlines(True) if not of_the_toolkit.match(line))
 
     def heard(self):
-        """What has been said since the last step and was not broken off."""
+        """What has been said since the last step and was not broken off.
+
+        Without a remark of Orca's own on the field that was left: what comes next breaks it off, or not.
+        """
         found = []
         for line in self.said_file.read_text(encoding="utf-8").splitlines()[self.known:]:
             event = json.loads(line)
             found = found + [event["said"]] if "said" in event else []
-        return found
+        return [each for each in found if each != "Text unselected."]
 
     def step(self, name, act):
         """Acts, then waits until what is expected has been heard and Orca is quiet."""
