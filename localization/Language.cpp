@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
-#include <ranges>
+#include <sstream>
 
 namespace nxui {
 namespace {
@@ -98,9 +98,10 @@ std::vector<std::string> systemLanguages() {
         const char* found = std::getenv(name);
         return std::string_view(found ? found : "");
     };
-    for (const auto tag : std::views::split(value("LANGUAGE"), ':'))
+    std::istringstream wanted{std::string(value("LANGUAGE"))};
+    for (std::string tag; std::getline(wanted, tag, ':');)
         if (!tag.empty())
-            tags.emplace_back(tag.begin(), tag.end());
+            tags.push_back(tag);
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         const std::string_view locale = value(name);
         if (!locale.empty()) {
