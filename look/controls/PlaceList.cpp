@@ -15,6 +15,9 @@
 #include <QStyledItemDelegate>
 #include <QTimer>
 
+#include <algorithm>
+#include <array>
+
 namespace look {
 namespace {
 
@@ -157,7 +160,8 @@ void PlaceList::reset() {
 bool PlaceList::event(QEvent* event) {
     const bool isHandled = QListView::event(event);
     using enum QEvent::Type;
-    if (QList{ParentChange, Move, Resize, Show, Hide, ZOrderChange}.contains(event->type()))
+    static constexpr std::array moving{ParentChange, Move, Resize, Show, Hide, ZOrderChange};
+    if (std::ranges::count(moving, event->type()) > 0)
         placeEmptyLabel();
     return isHandled;
 }
