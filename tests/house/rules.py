@@ -267,10 +267,9 @@ def style(files):
 
 
 def painter(files):
-    """Of the window's controls only app/ControlPainter.cpp enables, hides or titles one; a menu's items are none."""
-    others = {name: text for name, text in of_kind(files, "app/*.cpp").items()
-              if name not in ("app/ControlPainter.cpp", "app/Menus.cpp")}
-    return places(others, r"(->|\.)(set(Enabled|Disabled|Visible|Hidden|ReadOnly|Title)|hide)\(",
+    """Of the window's controls only app/ControlPainter.cpp enables, hides or titles one; a menu's item is none."""
+    others = {name: text for name, text in of_kind(files, "app/*.cpp").items() if name != "app/ControlPainter.cpp"}
+    return places(others, r"(?<!\bitem)(->|\.)(set(Enabled|Disabled|Visible|Hidden|ReadOnly|Title)|hide)\(",
                   "only ControlPainter does that")
 
 

@@ -148,6 +148,10 @@ class Painter(RuleTest):
         for line in (paints, "window_->table.hide();\n", "field->setReadOnly(true);\n"):
             self.assert_faults(rules.painter({"app/A.cpp": line}), "app/A.cpp:1: only ControlPainter")
 
+    def test_an_item_of_a_menu_is_no_control(self):
+        self.assert_faults(rules.painter({"app/Menus.cpp": "item->setEnabled(on);\nlastItem->hide();\nw->setEnabled(on);\n"}),
+                           "app/Menus.cpp:2", "app/Menus.cpp:3")
+
 
 class Faults(RuleTest):
     def test_a_fault_that_no_longer_fits_is_named_and_silence_is_wrong(self):
