@@ -22,6 +22,8 @@ TEST_PACKAGES+=(weston qt6-wayland openbox)
 SPOKEN_PACKAGES=(orca)
 # The window managers and compositors of ./test desktops, as far as they are not there for ./test.
 DESKTOP_PACKAGES=(xfwm4 marco mate-settings-daemon-common mutter kwin-x11 icewm i3-wm sway kwin-wayland)
+# To invent hostile bytes: libFuzzer and its sanitizers.
+FUZZ_PACKAGES=(clang-19 libclang-rt-19-dev)
 # To hold the rules of the house.
 CHECK_PACKAGES=(clang-format-19 clang-tidy-19 git libbenchmark-dev)
 
@@ -75,8 +77,8 @@ TEXT
     return 1
 }
 
-# norvaxel_prepare run|headless|test|spoken|desktops|check|macos: everything that this needs is there
-# afterwards, or it fails.
+# norvaxel_prepare run|headless|test|spoken|desktops|fuzz|check|macos: everything that this needs is
+# there afterwards, or it fails.
 norvaxel_prepare() {
     local packages=("${RUN_PACKAGES[@]}") commands=("${RUN_COMMANDS[@]}")
     if [[ $1 == check ]]; then
@@ -90,12 +92,16 @@ norvaxel_prepare() {
         packages+=("${HEADLESS_PACKAGES[@]}")
         commands+=("${HEADLESS_COMMANDS[@]}")
     fi
-    if [[ $1 == test || $1 == spoken || $1 == desktops ]]; then
+    if [[ $1 == test || $1 == spoken || $1 == desktops || $1 == fuzz ]]; then
         packages+=("${TEST_PACKAGES[@]}")
     fi
     if [[ $1 == spoken ]]; then
         packages+=("${SPOKEN_PACKAGES[@]}")
         commands+=(orca openbox)
+    fi
+    if [[ $1 == fuzz ]]; then
+        packages+=("${FUZZ_PACKAGES[@]}")
+        commands+=(clang++-19)
     fi
     if [[ $1 == desktops ]]; then
         packages+=("${DESKTOP_PACKAGES[@]}")

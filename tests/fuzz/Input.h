@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <source_location>
+
+// What every target of this folder needs. A target is a function from bytes to nothing that ends
+// the program where the product broke a promise:
+//
+//     extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+//
+// Its name and its meaning are libFuzzer's. It returns 0, or -1 where the bytes are of no use to
+// it.
+namespace fuzz {
+
+// The end of the program where `holds` is false. `promise` says what the product promises.
+inline void require(bool holds, const char* promise,
+                    std::source_location where = std::source_location::current()) {
+    if (holds)
+        return;
+    std::fprintf(stderr, "%s:%u: this promise was broken: %s\n", where.file_name(),
+                 unsigned(where.line()), promise);
+    std::abort();
+}
+
+inline QByteArray bytes(const std::uint8_t* data, std::size_t size) {
+    return {reinterpret_cast<const char*>(data), qsizetype(size)};
+}
+
+// The bytes in `count` fields, cut at ASCII's unit separator (0x1F), so that a corpus stays
+// readable. What is missing is empty; the last field keeps all that is left.
+inline QList<QByteArray> fields(const std::uint8_t* data, std::size_t size, int count) {
+    QByteArray left = bytes(data, size);
+    QList<QByteArray> cut;
+    while (cut.size() < count - 1) {
+        const qsizetype end = left.indexOf('\x1f');
+        cut << (end < 0 ? left : left.first(end));
+        left = end < 0 ? QByteArray() : left.sliced(end + 1);
+    }
+    return cut << left;
+}
+
+} // namespace fuzz
