@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
         LLVMFuzzerInitialize(&argc, &argv);
     const QStringList names = QDir(corpus).entryList(QDir::Files | QDir::Hidden, QDir::Name);
     for (const QString& name : names) {
-        QFile file(corpus + QLatin1Char('/') + name);
+        QFile file(QDir(corpus).filePath(name));
         if (!file.open(QIODevice::ReadOnly))
             return 1;
         const QByteArray content = file.readAll();
