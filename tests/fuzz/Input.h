@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QString>
 
 #include <cstdint>
 #include <cstdio>
@@ -42,6 +43,12 @@ inline QList<QByteArray> fields(const std::uint8_t* data, std::size_t size, int 
         left = end < 0 ? QByteArray() : left.sliced(end + 1);
     }
     return cut << left;
+}
+
+// The bytes as a text of the toolkit, which is UTF-16 and may hold half a surrogate pair: that
+// stands for what is not UTF-8.
+inline QString text(const QByteArray& bytes) {
+    return QString::fromUtf8(bytes).replace(QChar::ReplacementCharacter, QChar(0xd83d));
 }
 
 } // namespace fuzz
