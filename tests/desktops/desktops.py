@@ -10,7 +10,7 @@ class Manager:
     package: str
     command: tuple
     files: dict = dataclasses.field(default_factory=dict)  # by their path below HOME
-    tree: tuple = ()  # i3: what tells of its windows, as no property does
+    tree: tuple = ()  # i3, sway: what tells of its windows, as no property does
     workspace: tuple = ()  # i3: what shows the workspace of the number "{}"; Wayland: the keys to another and back
     lacks: dict = dataclasses.field(default_factory=dict)  # by a check's name: why it cannot be made here
 
@@ -55,6 +55,7 @@ fi
 WLR_BACKENDS=x11 WLR_RENDERER=pixman exec "$@" sway
 """
 SWAY_CONFIG = """xwayland disable
+swaybg_command -
 output * resolution 1280x1024
 for_window [app_id=".*"] floating enable
 floating_modifier Mod4
@@ -72,7 +73,7 @@ MUTTER = "MUTTER_DEBUG_DUMMY_MODE_SPECS=1280x1024 exec mutter --wayland --nested
 
 WAYLAND = {each.name: each for each in (
     Manager("sway", "sway", ("sh", "-c", SWAY), files={".config/sway/config": SWAY_CONFIG},
-            workspace=("Super+2", "Super+1"), lacks=NO_ICON | QUIET),
+            workspace=("Super+2", "Super+1"), tree=("swaymsg", "-r", "-t", "get_tree"), lacks=NO_ICON | QUIET),
     Manager("kwin_wayland", "kwin-wayland", ("sh", "-c", KWIN_WAYLAND), files=KWIN, workspace=("Ctrl+F2", "Ctrl+F1"),
             lacks=QUIET),
     Manager("mutter_wayland", "mutter", ("sh", "-c", MUTTER), workspace=("Super+Page_Down", "Super+Page_Up"),

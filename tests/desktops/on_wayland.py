@@ -208,7 +208,7 @@ class Sheets(on_x11.Sheets):
         self.close("Return", w.OK)
 
     def calls_for_attention(self):
-        return re.findall(r"-> xdg_activation_v1@\d+\.activate", self.printed())
+        return re.findall(r"-> xdg_activation_v1[@#]\d+\.activate", self.printed())
 
     def end(self):
         """What the protocol's listener wrote is not the program's word."""
@@ -216,6 +216,13 @@ class Sheets(on_x11.Sheets):
         self.program.wait(w.SECONDS)
         self.output_file.write_text("")
         self.assert_ended_well()
+
+    def is_urgent(self):
+        """Whether the compositor shows that the window has asked; sway alone tells."""
+        if not self.of.tree:
+            return True
+        where = next(self.runtime.glob("sway-ipc.*.sock"))
+        return '"urgent": true' in self.tell([*self.of.tree, "-s", where])
 
     def test_the_task_bar_shows_that_a_job_has_ended_in_a_window_that_is_not_active(self):
         if qt().startswith("6.4."):
@@ -229,4 +236,6 @@ class Sheets(on_x11.Sheets):
                     before = len(self.calls_for_attention())
                     self.end_import()
                     self.window.control(w.OK) if how else self.window.says(FINISHED)
-                    w.until(lambda: len(self.calls_for_attention()) > before, "the window asks for attention", 10)
+                    w.until(lambda: len(self.calls_for_attention()) > before and self.is_urgent(),
+                            "the window asks for attention", 10)
+                    self.assertFalse(self.is_active(), "and leaves the keyboard where it is")

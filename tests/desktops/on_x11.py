@@ -26,6 +26,9 @@ def same(some, others, most=1):
 def launch(theme, of, home, **environment):
     """Starts what every case of this process is under; `home` is its home folder."""
     theme.of = of
+    # Nothing of its own is read here, and a toolkit that tells of it by a connection of its own can make the library
+    # that listens (libatspi 2.46 and 2.56) wait for itself for ever.
+    environment["NO_AT_BRIDGE"] = "1"
     for name, text in of.files.items():
         file = pathlib.Path(home, name)
         file.parent.mkdir(parents=True, exist_ok=True)
