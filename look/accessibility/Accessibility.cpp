@@ -1,6 +1,8 @@
 #include "look/accessibility/Accessibility.h"
 
+#include "look/accessibility/AccessiblePlaceList.h"
 #include "look/controls/Panel.h"
+#include "look/controls/PlaceList.h"
 #include "look/controls/PopUp.h"
 #include "look/controls/Segments.h"
 #include "look/text/Label.h"
@@ -150,6 +152,8 @@ QAccessibleInterface* interfaceFor(const QString& /*className*/, QObject* object
         return new AccessibleLabel(label);
     if (auto* popUp = qobject_cast<PopUp*>(object))
         return new AccessiblePopUp(popUp);
+    if (auto* list = qobject_cast<PlaceList*>(object))
+        return accessibleOf(list);
     // The pages of a window are a "layered pane" to the toolkit, which readers then speak of.
     if (qobject_cast<Segments*>(object) || qobject_cast<QStackedWidget*>(object))
         return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Grouping);

@@ -242,6 +242,20 @@ class Assistive(BlackBox):
         x11.press("Down")
         self.assert_announced((POLITE, "800 m"))
 
+    def test_rows_out_of_view_count(self):
+        self.start()
+        self.search_without_keys("Berlin")
+        results = self.window.control(w.RESULTS)
+        _, top, _, height = self.window.area(results)
+        rows = [results.get_child_at_index(number) for number in range(results.get_child_count())]
+        self.assertEqual(len(rows), 8)
+        self.assertGreater(self.window.area(rows[-1])[1], top + height, "the last one is out of view")
+        for row in rows:
+            self.assertTrue(row.get_state_set().contains(Atspi.StateType.SHOWING), row.get_name())
+        self.choose_row(w.RESULTS, 7)
+        self.assert_announced((POLITE, CHOSEN))
+        w.until(lambda: self.window.area(rows[-1])[1] < top + height, "it is scrolled into view")
+
     def test_a_route_is_collected_ordered_and_computed(self):
         gate = self.folder / "gate"
         self.start(NORVAXEL_SANDBOX_GATE=gate)
