@@ -30,11 +30,12 @@ POLITE, ASSERTIVE = "polite", "assertive"
 class Listener:
     """Hears what the programs on the desktop say, in order."""
 
-    EVENTS = ("object:announcement", "object:state-changed:focused")
+    EVENTS = ("object:announcement", "object:state-changed:focused", "object:text-selection-changed")
 
     def __init__(self):
         self.announced = []  # (urgency, text)
         self.focused = []  # (role, name)
+        self.reread = []  # (role, name) of what a reader reads out anew where it is
         self._listener = Atspi.EventListener.new(self._hear)
         for event in self.EVENTS:
             self._listener.register(event)
@@ -51,9 +52,12 @@ class Listener:
                 is_error = event.detail1 == int(Atspi.Live.ASSERTIVE)
                 self.announced.append((ASSERTIVE if is_error else POLITE, event.any_data))
                 return
+            role = w.role_of(event.source)
+            if not event.type.startswith("object:state-changed"):
+                self.reread.append((role, event.source.get_name()))
+                return
             if not event.detail1:
                 return
-            role = w.role_of(event.source)
             if event.type.startswith("object:state-changed:focused"):
                 self.focused.append((role, event.source.get_name()))
             elif role == "notification":
@@ -241,6 +245,22 @@ class Assistive(BlackBox):
         w.until(lambda: w.hear() or self.listener.focused[-1:] == [w.RADIUS], "the menu gives the keyboard back")
         x11.press("Down")
         self.assert_announced((POLITE, "800 m"))
+
+    def test_what_tab_selects_in_a_field_is_told_with_its_focus_alone(self):
+        self.start()
+        self.window.type(w.QUERY, "Berlin")
+        x11.press("Tab")
+        self.assert_focused(w.SEARCH)
+        self.listener.reread.clear()
+        x11.press("Shift+Tab")
+        self.assert_focused(w.QUERY)
+        self.assertEqual(self.listener.reread, [])
+        text = self.window.control(w.QUERY)
+        self.assertEqual(Atspi.Text.get_n_selections(text), 1)
+        run = Atspi.Text.get_attribute_run(text, 0, False)[1:]
+        self.assertEqual(run, (0, len("Berlin")), "up to the last letter")
+        x11.press("Shift+Left")
+        w.until(lambda: w.hear() or w.QUERY in self.listener.reread, "another selection is told of")
 
     def test_rows_out_of_view_count(self):
         self.start()
