@@ -1,6 +1,10 @@
 #include "look/accessibility/Accessibility.h"
 
+#include "look/accessibility/AccessibleField.h"
+#include "look/accessibility/AccessiblePlaceList.h"
+#include "look/controls/Field.h"
 #include "look/controls/Panel.h"
+#include "look/controls/PlaceList.h"
 #include "look/controls/PopUp.h"
 #include "look/controls/Segments.h"
 #include "look/text/Label.h"
@@ -150,6 +154,10 @@ QAccessibleInterface* interfaceFor(const QString& /*className*/, QObject* object
         return new AccessibleLabel(label);
     if (auto* popUp = qobject_cast<PopUp*>(object))
         return new AccessiblePopUp(popUp);
+    if (auto* field = qobject_cast<Field*>(object))
+        return accessibleOf(field);
+    if (auto* list = qobject_cast<PlaceList*>(object))
+        return accessibleOf(list);
     // The pages of a window are a "layered pane" to the toolkit, which readers then speak of.
     if (qobject_cast<Segments*>(object) || qobject_cast<QStackedWidget*>(object))
         return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Grouping);
@@ -164,6 +172,32 @@ QAccessibleInterface* interfaceFor(const QString& /*className*/, QObject* object
 
 void describeOurWidgets() {
     QAccessible::installFactory(interfaceFor);
+}
+
+namespace {
+
+Unreported* innermost = nullptr;
+
+} // namespace
+
+Unreported::Unreported(const QObject* object, QAccessible::Event kind)
+    : object_(object), kind_(kind), outer_(std::exchange(innermost, this)),
+      before_(QAccessible::installUpdateHandler(&Unreported::pass)) {}
+
+Unreported::~Unreported() {
+    QAccessible::installUpdateHandler(before_);
+    innermost = outer_;
+}
+
+// On to who would have it without this one.
+void Unreported::pass(QAccessibleEvent* event) {
+    if (event->object() == innermost->object_ && event->type() == innermost->kind_)
+        return;
+    Unreported* passing = std::exchange(innermost, innermost->outer_);
+    QAccessible::installUpdateHandler(passing->before_);
+    QAccessible::updateAccessibility(event);
+    QAccessible::installUpdateHandler(&Unreported::pass);
+    innermost = passing;
 }
 
 Announcer::Announcer(QWidget* window) : QObject(window), window_(window) {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAccessible>
 #include <QObject>
 #include <QString>
 
@@ -14,6 +15,24 @@ namespace look {
 // text that may be busy). Costs nothing until such a technology asks. Called by applyLook. Main
 // thread.
 void describeOurWidgets();
+
+// While one lives, what the toolkit reports of this kind of this object does not reach assistive
+// technology: a reader hears of it in another way, and would say it twice. Main thread.
+class Unreported {
+public:
+    Unreported(const QObject* object, QAccessible::Event kind);
+    ~Unreported();
+    Unreported(const Unreported&) = delete;
+    Unreported& operator=(const Unreported&) = delete;
+
+private:
+    static void pass(QAccessibleEvent* event);
+
+    const QObject* object_;
+    QAccessible::Event kind_;
+    Unreported* outer_;
+    QAccessible::UpdateHandler before_;
+};
 
 // Polite waits for what is being read out; assertive is what a person must know now, an error.
 enum class Urgency { Polite, Assertive };

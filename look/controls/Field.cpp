@@ -1,5 +1,6 @@
 #include "look/controls/Field.h"
 
+#include "look/accessibility/Accessibility.h"
 #include "look/style/Colours.h"
 #include "look/style/Sizes.h"
 #include "look/text/Fonts.h"
@@ -40,6 +41,9 @@ void Field::paintEvent(QPaintEvent* event) {
 }
 
 void Field::focusInEvent(QFocusEvent* event) {
+    // Tab selects all of it before the focus is told of, with which it is read out as selected:
+    // Orca 43 would have read it before, too.
+    const Unreported selection(this, QAccessible::TextSelectionChanged);
     QLineEdit::focusInEvent(event);
     showCursor();
 }

@@ -60,6 +60,9 @@ void PopUp::hidePopup() {
 // menu gives the keyboard back.
 void PopUp::keyPressEvent(QKeyEvent* event) {
     const QString before = currentText();
+    // The toolkit tells of another value as of another name. Orca 48 reads a pop-up out anew when
+    // it hears of a name that it does not remember, and it forgets them every minute.
+    const Unreported value(this, QAccessible::ValueChanged);
     QComboBox::keyPressEvent(event);
     if (auto* announcer = window()->findChild<Announcer*>(); announcer && currentText() != before)
         announcer->say(currentText(), Urgency::Polite);

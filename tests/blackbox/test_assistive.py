@@ -31,17 +31,26 @@ class Listener:
     """Hears what the programs on the desktop say, in order."""
 
     EVENTS = ("object:announcement", "object:state-changed:focused")
+    # What a reader reads out anew where it is.
+    REREAD = ("object:property-change:accessible-name", "object:property-change:accessible-value",
+              "object:text-selection-changed")
 
     def __init__(self):
         self.announced = []  # (urgency, text)
         self.focused = []  # (role, name)
+        self.reread = []  # (role, name)
         self._listener = Atspi.EventListener.new(self._hear)
         for event in self.EVENTS:
             self._listener.register(event)
         w.told.append(self._hear)
 
+    def hear_what_is_reread(self):
+        """Not where dialogs come and go: the toolkit complains of who asks after what is no more."""
+        for event in self.REREAD:
+            self._listener.register(event)
+
     def end(self):
-        for event in self.EVENTS:
+        for event in self.EVENTS + self.REREAD:
             self._listener.deregister(event)
         w.told.remove(self._hear)
 
@@ -50,6 +59,9 @@ class Listener:
             if event.type.startswith("object:announcement"):
                 is_error = event.detail1 == int(Atspi.Live.ASSERTIVE)
                 self.announced.append((ASSERTIVE if is_error else POLITE, event.any_data))
+                return
+            if event.type.startswith(self.REREAD):
+                self.reread.append((w.role_of(event.source), event.source.get_name()))
                 return
             if not event.detail1:
                 return
@@ -224,6 +236,7 @@ class Assistive(BlackBox):
 
     def test_what_the_arrows_choose_is_told_once(self):
         self.start()
+        self.listener.hear_what_is_reread()
         self.search_without_keys("Berlin")
         self.listener.focused.clear()
         x11.press("Down")
@@ -236,11 +249,43 @@ class Assistive(BlackBox):
             if entry is not None:
                 self.assert_announced((POLITE, entry))
                 self.assertEqual(self.window.value(w.RADIUS), entry)
+        self.assertNotIn(w.RADIUS, self.listener.reread, "its entry is announced")
         self.listener.focused.clear()
         self.window.choose(w.RADIUS, "400 m")
         w.until(lambda: w.hear() or self.listener.focused[-1:] == [w.RADIUS], "the menu gives the keyboard back")
         x11.press("Down")
         self.assert_announced((POLITE, "800 m"))
+
+    def test_what_tab_selects_in_a_field_is_told_with_its_focus_alone(self):
+        self.start()
+        self.listener.hear_what_is_reread()
+        self.window.type(w.QUERY, "Berlin")
+        x11.press("Tab")
+        self.assert_focused(w.SEARCH)
+        self.listener.reread.clear()
+        x11.press("Shift+Tab")
+        self.assert_focused(w.QUERY)
+        self.assertEqual(self.listener.reread, [])
+        text = self.window.control(w.QUERY)
+        self.assertEqual(Atspi.Text.get_n_selections(text), 1)
+        run = Atspi.Text.get_attribute_run(text, 0, False)[1:]
+        self.assertEqual(run, (0, len("Berlin")), "up to the last letter")
+        x11.press("Shift+Left")
+        w.until(lambda: w.hear() or w.QUERY in self.listener.reread, "another selection is told of")
+
+    def test_rows_out_of_view_count(self):
+        self.start()
+        self.search_without_keys("Berlin")
+        results = self.window.control(w.RESULTS)
+        _, top, _, height = self.window.area(results)
+        rows = [results.get_child_at_index(number) for number in range(results.get_child_count())]
+        self.assertEqual(len(rows), 8)
+        self.assertGreater(self.window.area(rows[-1])[1], top + height, "the last one is out of view")
+        for row in rows:
+            self.assertTrue(row.get_state_set().contains(Atspi.StateType.SHOWING), row.get_name())
+        self.choose_row(w.RESULTS, 7)
+        self.assert_announced((POLITE, CHOSEN))
+        w.until(lambda: self.window.area(rows[-1])[1] < top + height, "it is scrolled into view")
 
     def test_a_route_is_collected_ordered_and_computed(self):
         gate = self.folder / "gate"

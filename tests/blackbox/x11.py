@@ -15,7 +15,7 @@ CLIENT_MESSAGE = 33
 SUBSTRUCTURE = (1 << 19) | (1 << 20)  # who asks for these events: the window manager
 KEYSYMS = {"Ctrl": 0xFFE3, "Alt": 0xFFE9, "Up": 0xFF52, "Down": 0xFF54, "Delete": 0xFFFF,
            "Return": 0xFF0D, "Escape": 0xFF1B, "Home": 0xFF50, "Tab": 0xFF09, "Shift": 0xFFE1, "space": 0x20,
-           "Super": 0xFFEB, "Page_Up": 0xFF55, "Page_Down": 0xFF56,
+           "Super": 0xFFEB, "Left": 0xFF51, "Page_Up": 0xFF55, "Page_Down": 0xFF56,
            **{f"F{number}": 0xFFBD + number for number in range(1, 13)}}
 
 

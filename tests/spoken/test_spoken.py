@@ -155,7 +155,7 @@ class Spoken(BlackBox):
         for town in ("berlin", "leipzig", "muenchen", "berlin"):
             self.search(town)
             self.keys("Down", "Tab", "space")
-        self.keys("Tab", "Tab", "Tab", "Shift+Tab", "Shift+Tab", "Shift+Tab", "Shift+Tab", "Shift+Tab", "space")
+        self.keys(*["Tab"] * 4, *["Shift+Tab"] * 6, "space")
         self.step("the route is there", self.gate.touch)
         self.close()
 
