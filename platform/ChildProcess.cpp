@@ -117,11 +117,15 @@ ChildExit ChildProcess::reap(bool known) {
     return {ChildExit::Kind::Signalled, WTERMSIG(status)};
 }
 
-void stopChild(std::shared_ptr<ChildProcess> child, std::chrono::milliseconds patience) {
+void stopChild(const std::shared_ptr<ChildProcess>& child, std::chrono::milliseconds patience) {
     if (!child || !child->isRunning())
         return;
     child->terminate();
-    runAfter(patience, [stopped = std::move(child)] { stopped->kill(); });
+    // While it runs it holds itself; when it has ended, its descriptors are not to wait for this.
+    runAfter(patience, [stopped = std::weak_ptr(child)] {
+        if (const auto running = stopped.lock())
+            running->kill();
+    });
 }
 
 } // namespace platform

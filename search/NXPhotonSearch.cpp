@@ -53,7 +53,12 @@ bool NXPhotonSearch::launch(const QUrl& url) {
         platform::stopChild(child);
         return false;
     }
-    platform::runAfter(transport_.patience, [self, child] { self->giveUp(child); });
+    // Until curl has ended the reader holds this; afterwards nobody keeps its descriptors for a
+    // watch that has nothing to do.
+    platform::runAfter(transport_.patience, [request = weak_from_this()] {
+        if (const auto unfinished = request.lock())
+            unfinished->giveUp();
+    });
     return true;
 }
 
@@ -76,9 +81,9 @@ void NXPhotonSearch::read(platform::UniqueFd output,
 }
 
 // The watchdog.
-void NXPhotonSearch::giveUp(const std::shared_ptr<platform::ChildProcess>& child) {
+void NXPhotonSearch::giveUp() {
     if (fail(SearchFailure::TimedOut))
-        platform::stopChild(child);
+        platform::stopChild(task());
 }
 
 bool NXPhotonSearch::fail(SearchFailure failure) {
@@ -110,7 +115,7 @@ void NXPhotonSearch::cancel() {
         dropped = std::exchange(completion_, nullptr);
         child = task_;
     }
-    platform::stopChild(std::move(child));
+    platform::stopChild(child);
 }
 
 std::shared_ptr<platform::ChildProcess> NXPhotonSearch::task() const {

@@ -31,7 +31,7 @@ struct PhotonTransport {
 // the lock decides: the refused address, the failed launch, the reader, the watchdog or cancel().
 // Invariant: after cancel() nothing more is posted, and nothing is ever posted twice.
 //
-// An object makes one request. It lives at least until its watchdog has passed.
+// An object makes one request. It lives at least until curl has ended.
 class NXPhotonSearch : public std::enable_shared_from_this<NXPhotonSearch> {
 public:
     // Exactly one of the two is set: the answer's body, which may be empty, or a sentence in the
@@ -63,7 +63,7 @@ private:
     bool fail(SearchFailure failure);
     bool launch(const QUrl& url);
     void read(platform::UniqueFd output, const std::shared_ptr<platform::ChildProcess>& child);
-    void giveUp(const std::shared_ptr<platform::ChildProcess>& child);
+    void giveUp();
 
     const FailureText text_;
     const PhotonTransport transport_;

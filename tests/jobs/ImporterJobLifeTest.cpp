@@ -68,8 +68,7 @@ TEST_F(ImporterJobLifeTest, every_life_is_reported_exactly_once_whenever_it_is_s
     EXPECT_GT(outcomes[JobOutcome::Cancelled], lives / 2);
     EXPECT_GT(outcomes[JobOutcome::Succeeded], lives / 50)
         << "the stops came too early to test anything";
-    // A stopped child is looked at once more after the patience, and held until then.
-    EXPECT_TRUE(waitUntil([&] { return openDescriptors() <= descriptors + 2; }))
+    EXPECT_TRUE(waitUntil([&] { return openDescriptors() == descriptors; }))
         << openDescriptors() << " instead of " << descriptors;
     EXPECT_TRUE(QDir(support_).entryList(QDir::Files) ==
                 QStringList({u"last-import.txt"_s, u"letzter-import.log"_s}));

@@ -11,9 +11,10 @@ protected:
         QDir().mkpath(support_);
     }
 
-    // `tool` is an absolute path.
-    JobPlan planFor(const QString& tool, const QStringList& arguments) {
-        auto folder = TemporaryJobFolder::make(u"job"_s, platform::Parents::MustExist);
+    // `tool` is an absolute path, `name` that of the temporary folder.
+    JobPlan planFor(const QString& tool, const QStringList& arguments,
+                    const QString& name = u"job"_s) {
+        auto folder = TemporaryJobFolder::make(name, platform::Parents::MustExist);
         EXPECT_TRUE(folder);
         const QString logPath = folder->file(u"import.log"_s);
         auto log = platform::createPrivateLog(logPath.toStdString());

@@ -155,6 +155,17 @@ TEST_F(ChildStopTest, a_stop_kills_a_child_that_resists_after_the_patience) {
     EXPECT_GE(std::chrono::steady_clock::now() - begin, platform::stopPatience);
 }
 
+TEST_F(ChildStopTest, a_child_that_has_ended_is_not_kept_for_the_rest_of_the_patience) {
+    std::weak_ptr<platform::ChildProcess> ended;
+    {
+        ReadyChild child("exit-on-term");
+        ended = child.shared();
+        platform::stopChild(child.shared(), 1h);
+        EXPECT_EQ(child.reportedExit().value, 3);
+    }
+    EXPECT_TRUE(waitUntil([&] { return ended.expired(); }, 5s));
+}
+
 TEST_F(ChildStopTest, two_stops_are_one) {
     ReadyChild child("ignore-term");
     platform::stopChild(child.shared(), 20ms);

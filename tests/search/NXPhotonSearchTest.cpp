@@ -3,6 +3,7 @@
 #include "ChildTest.h"
 #include "TemporaryFolder.h"
 #include "TurnUntil.h"
+#include "platform/Threads.h"
 
 #include <QCoreApplication>
 
@@ -198,14 +199,24 @@ TEST_F(NXPhotonSearchTest, a_child_that_still_runs_when_the_time_is_up_is_stoppe
 }
 
 TEST_F(NXPhotonSearchTest, the_watchdog_does_not_disturb_a_finished_request) {
-    auto search = searchWith("printf '{}\\n200'", 300ms);
-    const std::weak_ptr<NXPhotonSearch> watched = search;
+    const auto search = searchWith("printf '{}\\n200'", 300ms);
     runToTheEnd(search);
-    EXPECT_EQ(body_, QByteArray("{}"));
-    search.reset();
-    EXPECT_FALSE(watched.expired()) << "the watchdog holds its request";
-    EXPECT_TRUE(turnUntil([&] { return watched.expired(); }));
+    std::atomic<bool> isOver = false;
+    platform::runAfter(300ms, [&] { isOver = true; }); // after the watchdog, on its thread
+    EXPECT_TRUE(turnUntil([&] { return isOver.load(); }));
+    QCoreApplication::processEvents();
     EXPECT_EQ(deliveries_, 1);
+    EXPECT_EQ(body_, QByteArray("{}"));
+}
+
+TEST_F(NXPhotonSearchTest, nothing_of_a_finished_request_waits_for_its_watchdog) {
+    const int before = openDescriptors();
+    for (int i = 0; i < 20; ++i) {
+        deliveries_ = 0;
+        runToTheEnd(searchWith("printf '{}\\n200'"));
+    }
+    EXPECT_TRUE(waitUntil([&] { return openDescriptors() == before; }, 5s))
+        << openDescriptors() << " descriptors instead of " << before;
 }
 
 TEST_F(NXPhotonSearchTest, a_cancel_before_the_end_delivers_nothing_and_stops_the_child) {

@@ -26,11 +26,6 @@ bool carriesMarker(const std::string& id) {
     return environment.find(marker) != std::string::npos;
 }
 
-bool hasChild() {
-    siginfo_t ignored{};
-    return ::waitid(P_ALL, 0, &ignored, WEXITED | WNOHANG | WNOWAIT) == 0 || errno != ECHILD;
-}
-
 int countEntries(const char* path) {
     int count = 0;
     DIR* folder = ::opendir(path);
@@ -43,6 +38,11 @@ int countEntries(const char* path) {
 }
 
 } // namespace
+
+bool hasChild() {
+    siginfo_t ignored{};
+    return ::waitid(P_ALL, 0, &ignored, WEXITED | WNOHANG | WNOWAIT) == 0 || errno != ECHILD;
+}
 
 std::vector<int> livingDescendants() {
     std::vector<int> found;

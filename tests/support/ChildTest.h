@@ -13,6 +13,9 @@ protected:
     void TearDown() override;
 };
 
+// Whether this program has a child, be it one that has ended and was not reaped.
+bool hasChild();
+
 // The ids of all living processes that descend from this test program.
 std::vector<int> livingDescendants();
 

@@ -118,7 +118,10 @@ int run(const std::string& mode, const Arguments& arguments) {
         say("ready\n");
         hang();
     } else if (mode == "exit-on-term") {
-        signal(SIGTERM, [](int) { _exit(3); });
+        static int status = 3;
+        if (!arguments.empty())
+            status = int(number(0));
+        signal(SIGTERM, [](int) { _exit(status); });
         say("ready\n");
         hang();
     } else if (mode == "leave-behind") { // then waits to be stopped
