@@ -13,13 +13,14 @@
 // What a log says about a failure, by other means: the whole of it at once, letter by letter.
 namespace fuzz {
 
+using namespace Qt::StringLiterals;
+
 // A file of one process, in memory where the system has a place for that, rewritten for each run.
 class LogFile {
 public:
     LogFile()
-        : file_((QDir(QStringLiteral("/dev/shm")).exists() ? QStringLiteral("/dev/shm")
-                                                           : QDir::tempPath()) +
-                QStringLiteral("/fuzz-XXXXXX.log")) {
+        : file_((QDir(u"/dev/shm"_s).exists() ? u"/dev/shm"_s : QDir::tempPath()) +
+                u"/fuzz-XXXXXX.log"_s) {
         require(file_.open(), "a file can be made");
     }
 
@@ -71,8 +72,8 @@ inline std::optional<QString> readUtf8(const QByteArray& text) {
 // What Unicode calls White_Space.
 inline bool isBlank(QChar letter) {
     static const QString blanks =
-        QStringLiteral("\t\n\v\f\r \u0085\u00a0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006"
-                       "\u2007\u2008\u2009\u200a\u2028\u2029\u202f\u205f\u3000");
+        u"\t\n\v\f\r \u0085\u00a0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006"
+        "\u2007\u2008\u2009\u200a\u2028\u2029\u202f\u205f\u3000"_s;
     return blanks.contains(letter);
 }
 
@@ -116,7 +117,7 @@ inline QString withoutAddresses(const QString& text, Qt::CaseSensitivity letterC
     QString clean;
     for (qsizetype i = 0; i < text.size();) {
         if (const qsizetype length = addressLength(QStringView(text).sliced(i), letterCase)) {
-            clean += QStringLiteral("[Datendienst]");
+            clean += u"[Datendienst]"_s;
             i += length;
         } else {
             clean += text.at(i++);
@@ -134,7 +135,7 @@ inline bool holdsAddress(const QString& text, Qt::CaseSensitivity letterCase) {
 
 // The text behind the last "FEHLER:"; nothing where there is none.
 inline std::optional<QString> behindMarker(const QString& text) {
-    const QString marker = QStringLiteral("FEHLER:");
+    const QString marker = u"FEHLER:"_s;
     std::optional<QString> behind;
     for (qsizetype at = text.indexOf(marker); at >= 0; at = text.indexOf(marker, at + 1))
         behind = text.sliced(at + marker.size());
