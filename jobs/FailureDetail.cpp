@@ -67,7 +67,9 @@ QString firstWholeCharacters(const QString& text) {
         return text;
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     finder.setPosition(longest);
-    if (!finder.isAtBoundary())
+    // Within joined emojis the toolkit also sees boundaries that halve one of them.
+    while (finder.position() < text.size() &&
+           (!finder.isAtBoundary() || text.at(finder.position()).isLowSurrogate()))
         finder.toNextBoundary();
     return text.first(finder.position());
 }

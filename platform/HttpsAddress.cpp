@@ -1,5 +1,7 @@
 #include "platform/HttpsAddress.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace platform {
@@ -12,6 +14,9 @@ bool isHttpsAddress(const QUrl& address) {
 }
 
 std::optional<QUrl> httpsAddress(const QString& text) {
+    // Outside ASCII white space is a letter like others to the toolkit; to the importer it is none.
+    if (std::ranges::any_of(text, [](QChar letter) { return letter.isSpace(); }))
+        return std::nullopt;
     QUrl address(text, QUrl::StrictMode);
     if (!isHttpsAddress(address))
         return std::nullopt;

@@ -12,7 +12,7 @@ namespace platform {
 bool isHttpsAddress(const QUrl& address);
 
 // The address that text spells, if it is one by the rule above. Text is taken strictly: nothing is
-// trimmed, repaired or completed. Any thread.
+// trimmed, repaired or completed, and no white space of any kind is part of an address. Any thread.
 std::optional<QUrl> httpsAddress(const QString& text);
 
 // As httpsAddress, but with neither query nor fragment: the address of a service, to which the

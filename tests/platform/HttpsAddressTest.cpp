@@ -50,6 +50,10 @@ const Row rows[] = {
     {u"https://?q", Verdict::Refused},
     {u"https://#part", Verdict::Refused},
     {u"https://:443/", Verdict::Refused},
+    {u"https://example.org/a\u0085b", Verdict::Refused}, // the importer refuses every white space
+    {u"https://example.org/a\u00a0b", Verdict::Refused},
+    {u"https://example.org/a\u2028b", Verdict::Refused},
+    {u"https://example.org/?a\u3000b", Verdict::Refused},
     {u"example.org", Verdict::Refused},
     {u"//example.org", Verdict::Refused},
     {u"/example.org", Verdict::Refused},
