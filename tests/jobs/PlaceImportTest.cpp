@@ -5,6 +5,10 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
+#ifdef __linux__
+#include "UnmakableFile.h"
+#endif
+
 namespace {
 
 const QDateTime now(QDate(2026, 3, 7), QTime(9, 5, 1));
@@ -119,6 +123,15 @@ TEST_F(PlaceImport, refuses_without_a_stored_search_and_then_for_its_address) {
     EXPECT_EQ(refusal(request), Refusal::ChoiceMissing);
     EXPECT_FALSE(QFileInfo::exists(root_.filePath(u"home"_s)));
 }
+
+#ifdef __linux__
+TEST_F(PlaceImport, a_log_that_cannot_be_made_is_told_as_that) {
+    for (const int error : {EACCES, ENOSPC, EMFILE}) {
+        const UnmakableFile log("import.log", error);
+        EXPECT_EQ(refusal(request_), Refusal::Log) << error;
+    }
+}
+#endif
 
 TEST_F(PlaceImport, makes_a_missing_temporary_folder) {
     QDir().rmdir(temporary_);
