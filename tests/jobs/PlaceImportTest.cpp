@@ -87,12 +87,14 @@ TEST_F(PlaceImport, knows_four_radii) {
 }
 
 TEST_F(PlaceImport, records_the_choice) {
-    const QByteArray record = placeChoiceRecord(request_);
+    PlaceRequest request = request_;
+    request.source = u"Overpass · Alternative"_s;
+    const QByteArray record = placeChoiceRecord(request);
     const QJsonObject expected{{"query"_L1, request_.searchedQuery},
                                {"selected_result"_L1, 3},
                                {"name"_L1, request_.name},
                                {"radius_km"_L1, u"0.8"_s},
-                               {"source"_L1, request_.source},
+                               {"source"_L1, u"Overpass · Alternative"_s},
                                {"endpoint"_L1, u"https://api.example/map"_s},
                                {"selected_feature_input"_L1, u"geocoder.json"_s},
                                {"cli_result_index"_L1, 1}};
