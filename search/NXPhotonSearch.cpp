@@ -43,7 +43,6 @@ bool NXPhotonSearch::launch(const QUrl& url) {
     }
     if (child->start({}))
         return false;
-    pipe.writeEnd.reset(); // else the reader would wait for ourselves
 
     auto self = shared_from_this();
     // Shared only because a std::function must be copyable.

@@ -5,6 +5,10 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
+#ifdef __linux__
+#include "UnmakableFile.h"
+#endif
+
 namespace {
 
 const QDateTime now(QDate(2026, 3, 7), QTime(9, 5, 1));
@@ -83,12 +87,14 @@ TEST_F(PlaceImport, knows_four_radii) {
 }
 
 TEST_F(PlaceImport, records_the_choice) {
-    const QByteArray record = placeChoiceRecord(request_);
+    PlaceRequest request = request_;
+    request.source = u"Overpass · Alternative"_s;
+    const QByteArray record = placeChoiceRecord(request);
     const QJsonObject expected{{"query"_L1, request_.searchedQuery},
                                {"selected_result"_L1, 3},
                                {"name"_L1, request_.name},
                                {"radius_km"_L1, u"0.8"_s},
-                               {"source"_L1, request_.source},
+                               {"source"_L1, u"Overpass · Alternative"_s},
                                {"endpoint"_L1, u"https://api.example/map"_s},
                                {"selected_feature_input"_L1, u"geocoder.json"_s},
                                {"cli_result_index"_L1, 1}};
@@ -119,6 +125,15 @@ TEST_F(PlaceImport, refuses_without_a_stored_search_and_then_for_its_address) {
     EXPECT_EQ(refusal(request), Refusal::ChoiceMissing);
     EXPECT_FALSE(QFileInfo::exists(root_.filePath(u"home"_s)));
 }
+
+#ifdef __linux__
+TEST_F(PlaceImport, a_log_that_cannot_be_made_is_told_as_that) {
+    for (const int error : {EACCES, ENOSPC, EMFILE}) {
+        const UnmakableFile log("import.log", error);
+        EXPECT_EQ(refusal(request_), Refusal::Log) << error;
+    }
+}
+#endif
 
 TEST_F(PlaceImport, makes_a_missing_temporary_folder) {
     QDir().rmdir(temporary_);

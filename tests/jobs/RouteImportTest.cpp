@@ -8,6 +8,10 @@
 #include <QJsonObject>
 #include <QRegularExpression>
 
+#ifdef __linux__
+#include "UnmakableFile.h"
+#endif
+
 namespace {
 
 const QDateTime now(QDate(2026, 3, 7), QTime(9, 5, 1));
@@ -133,6 +137,18 @@ TEST_F(RouteImport, refuses_names_that_are_blank_or_too_long) {
     request_.stations[1].name = u' ' + QString(200, u'x') + u' ';
     EXPECT_TRUE(std::holds_alternative<JobPlan>(prepare(request_)));
 }
+
+#ifdef __linux__
+TEST_F(RouteImport,
+       a_log_that_cannot_be_made_is_told_as_the_folder_or_as_a_log_that_cannot_be_opened) {
+    const std::pair<int, Refusal> rows[] = {
+        {EACCES, Refusal::OutputFolder}, {ENOSPC, Refusal::OutputFolder}, {EMFILE, Refusal::Log}};
+    for (const auto& [error, told] : rows) {
+        const UnmakableFile log("route.log", error);
+        EXPECT_EQ(refusal(request_), told) << error;
+    }
+}
+#endif
 
 TEST_F(RouteImport, does_not_make_a_missing_temporary_folder) {
     QDir().rmdir(temporary_);

@@ -1,6 +1,7 @@
 #include "jobs/WorkNames.h"
 
-#include <QRegularExpression>
+#include <QLocale>
+#include <QTimeZone>
 
 #include <gtest/gtest.h>
 
@@ -45,6 +46,18 @@ TEST(NXSlug, is_at_most_42_characters_long) {
 
 TEST(PlaceFolderName, is_slug_time_and_six_digits) {
     EXPECT_EQ(placeFolderName(u"München"_s, now, uuid), u"munchen-20260307-090501-0A1B2C"_s);
+}
+
+TEST(PlaceFolderName, has_the_time_of_the_persons_clock_in_digits_that_every_program_reads) {
+    const QDateTime elsewhere(QDate(2026, 3, 7), QTime(9, 5, 1), QTimeZone(45900)); // as in Chatham
+    const QLocale before;
+    for (const QLocale& persons : {QLocale(QLocale::Arabic, QLocale::Egypt),
+                                   QLocale(QLocale::Persian, QLocale::Iran), QLocale::c()}) {
+        QLocale::setDefault(persons);
+        EXPECT_EQ(placeFolderName(u"Ulm"_s, elsewhere, uuid), u"ulm-20260307-090501-0A1B2C"_s)
+            << qPrintable(persons.name());
+    }
+    QLocale::setDefault(before);
 }
 
 TEST(PlaceFolderName, two_of_one_second_differ) {

@@ -9,6 +9,10 @@
 #include <atomic>
 #include <thread>
 
+#ifdef __linux__
+#include "Syncs.h"
+#endif
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -201,6 +205,46 @@ TEST(SaveLanguage, no_temporary_file_means_not_saved) {
     EXPECT_EQ(result.output, "not saved\n");
     EXPECT_EQ(home.stored(), "en\n");
     EXPECT_EQ(home.namesInFolder(), onlyThePreference);
+}
+
+#ifdef __linux__
+TEST(SaveLanguage, file_reaches_the_disk_before_it_takes_the_old_ones_place) {
+    const TestHome home;
+    home.store("en\n");
+    std::vector<std::string> order;
+    const Syncs syncs([&](int file) {
+        order.push_back(contentOf("/proc/self/fd/" + std::to_string(file)) + home.stored());
+        return 0;
+    });
+    EXPECT_TRUE(save(home, "ja"));
+    EXPECT_EQ(order, std::vector<std::string>{"ja\nen\n"});
+}
+
+TEST(SaveLanguage, file_that_does_not_reach_the_disk_leaves_the_old_one_and_nothing_else) {
+    const TestHome home;
+    home.store("en\n");
+    const Syncs syncs([](int) { return EIO; });
+    EXPECT_FALSE(save(home, "ja"));
+    EXPECT_EQ(home.stored(), "en\n");
+    EXPECT_EQ(home.namesInFolder(), onlyThePreference);
+}
+#endif
+
+TEST(SaveLanguage, no_file_stays_open_whether_it_could_be_saved_or_read_or_not) {
+    const auto lowestFree = [] {
+        const int file = dup(0);
+        close(file);
+        return file;
+    };
+    const TestHome home;
+    const int before = lowestFree();
+    EXPECT_TRUE(save(home, "ja"));
+    EXPECT_EQ(readStored(home), "ja");
+    fs::remove(home.preference());
+    fs::create_directory(home.preference());
+    EXPECT_FALSE(save(home, "ko"));
+    EXPECT_EQ(readStored(home), "");
+    EXPECT_EQ(lowestFree(), before);
 }
 
 TEST(SaveLanguage, reader_sees_the_old_or_the_new_file_and_never_a_part) {

@@ -83,7 +83,8 @@ class MakeCatalog(unittest.TestCase):
                 ("ko", "Suchen", "", "missing"),
                 ("ru", "Suchen", "#, fuzzy\n" + entry("Suchen", "Zoek"), "fuzzy"),
                 ("ru", "Suchen", 'msgctxt "menu"\n' + entry("Suchen", "Zoek"), "context"),
-                ("fr", "Suchen", entry("Suchen", "chercher e\u0301"), "NFC")]
+                ("fr", "Suchen", entry("Suchen", "chercher e\u0301"), "NFC"),
+                ("tr", "Suchen", entry("Suchen", "ara\0ma"), "cut it short")]
         rows += [(language, "Suchen", entry("Suchen", cell), "translation")
                  for language in ["ar", "en"] for cell in ["", " "]]
         rows += [("ja", figures, entry(figures, translation), "placeholders")

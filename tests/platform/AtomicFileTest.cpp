@@ -7,6 +7,11 @@
 
 #include <atomic>
 #include <thread>
+#include <vector>
+
+#ifdef __linux__
+#include "Syncs.h"
+#endif
 
 using platform::Durability;
 using platform::Readers;
@@ -119,6 +124,38 @@ TEST(AtomicFileTest, a_full_disk_leaves_the_old_file_whole) {
     EXPECT_EQ(contentOf(folder / "file"), "old");
     EXPECT_EQ(folder.entries(), 1U);
 }
+
+#ifdef __linux__
+// When the power fails, the name leads to the old bytes or to all of the new ones, and after the
+// return to the new ones.
+TEST(AtomicFileTest, durable_bytes_reach_the_disk_before_their_name_does) {
+    const TemporaryFolder folder;
+    std::vector<std::string> order;
+    const Syncs syncs([&](int file) {
+        const std::filesystem::path path =
+            std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file));
+        const bool isFolder = std::filesystem::equivalent(path, folder.path());
+        order.push_back((isFolder ? "the folder" : contentOf(path)) + ", there is " +
+                        contentOf(folder / "file"));
+        return 0;
+    });
+    write(folder / "file", "old");
+    EXPECT_FALSE(replaceFile(folder / "file", "new", Durability::Durable));
+    EXPECT_EQ(order, (std::vector<std::string>{"new, there is old", "the folder, there is new"}));
+    order.clear();
+    EXPECT_FALSE(replaceFile(folder / "file", "newer", Durability::Fast));
+    EXPECT_EQ(order, std::vector<std::string>()) << "nobody waits for what only has to be quick";
+}
+
+TEST(AtomicFileTest, bytes_that_do_not_reach_the_disk_leave_the_old_file) {
+    const TemporaryFolder folder;
+    write(folder / "file", "old");
+    const Syncs syncs([](int) { return EIO; });
+    EXPECT_EQ(replaceFile(folder / "file", "new", Durability::Durable), std::errc::io_error);
+    EXPECT_EQ(contentOf(folder / "file"), "old");
+    EXPECT_EQ(folder.entries(), 1U);
+}
+#endif
 
 TEST(AtomicFileTest, a_copy_replaces_the_old_file_or_leaves_it_whole) {
     const TemporaryFolder folder;

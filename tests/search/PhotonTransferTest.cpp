@@ -11,6 +11,10 @@
 #include <string>
 #include <thread>
 
+#ifdef __linux__
+#include "BetweenTheLooks.h"
+#endif
+
 using namespace Qt::StringLiterals;
 using namespace search;
 
@@ -158,6 +162,17 @@ TEST(PhotonTransferTest, the_bytes_written_last_are_read_after_the_end_is_known)
     source.end();
     EXPECT_EQ(bodyOf(source.read()).size(), 60'000);
 }
+
+#ifdef __linux__
+TEST(PhotonTransferTest, bytes_written_while_the_end_of_curl_is_looked_for_are_read) {
+    const Source source;
+    const BetweenTheLooks curl([&] {
+        source.write("last");
+        source.end();
+    });
+    EXPECT_EQ(bodyOf(source.read()), QByteArray("last"));
+}
+#endif
 
 TEST(PhotonTransferTest, an_output_is_read_up_to_the_limit_and_no_further) {
     // The writer must see the reader turn away, not die of it.
