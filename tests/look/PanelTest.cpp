@@ -7,6 +7,7 @@
 #include "look/controls/PopUp.h"
 #include "look/style/Colours.h"
 #include "look/style/FocusRing.h"
+#include "look/text/Fonts.h"
 #include "look/text/Label.h"
 
 #include <QAccessible>
@@ -266,6 +267,7 @@ TEST_F(PanelTest, texts_without_an_end_are_elided_before_the_window_ends) {
     for (const QString& text : {u"Straße "_s.repeated(15000), u"Zeile\n"_s.repeated(15000)}) {
         Panel* alert = openAlert(text, text);
         EXPECT_TRUE(alert->information()->isElided());
+        EXPECT_EQ(alert->information()->height(), 24 * look::lineHeight(12)) << "no wall of text";
         EXPECT_TRUE(window.rect()
                         .marginsRemoved({12, 12, 12, 12})
                         .contains(QRect(alert->mapTo(&window, QPoint()), alert->size())));
