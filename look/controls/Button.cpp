@@ -83,7 +83,7 @@ bool Button::event(QEvent* event) {
     case QEvent::Shortcut:
         // At once: the toolkit would first show the button pressed for a tenth of a second, in
         // which what it is to stop may have ended, and something else begun.
-        if (!static_cast<QShortcutEvent*>(event)->isAmbiguous() && isEnabled()) {
+        if (!static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
             click();
             return true;
         }

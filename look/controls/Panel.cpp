@@ -33,6 +33,8 @@ public:
 protected:
     bool event(QEvent* event) override {
         const QEvent::Type type = event->type();
+        if (type == QEvent::Resize)
+            covered_->resize(size()); // a hidden page does not grow with the others
         if (type == QEvent::Resize || type == QEvent::WindowActivate ||
             type == QEvent::WindowDeactivate) {
             picture_ = {};

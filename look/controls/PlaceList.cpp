@@ -39,9 +39,7 @@ RowColours coloursFor(const QStyleOptionViewItem& option) {
                 colours::disabledText};
     }
     if (isSelected) {
-        const bool isFocused =
-            option.state & QStyle::State_Active && option.widget && option.widget->hasFocus();
-        if (isFocused)
+        if (option.widget && option.widget->hasFocus())
             return {true, colours::selection, colours::white, colours::selectionDetail};
         return {true, colours::selectionUnfocused, colours::label,
                 colours::selectionUnfocusedDetail};

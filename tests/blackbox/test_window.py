@@ -39,6 +39,11 @@ class FirstStart(BlackBox):
         self.start(HOME=None)
         self.window.says(READY)
 
+    def test_it_asks_for_the_keyboard_where_nobody_manages_windows(self):
+        self.start()
+        self.window.says(READY)
+        w.until(lambda: x11.has_the_keyboard(self.program.pid), "keys go to the window")
+
     def test_it_opens_in_the_mode_that_its_argument_says(self):
         for arguments, ready, chosen, hidden in (((), READY, w.PLACE_MODE, w.ROUTING_FIELD),
                                                  (("--route",), ROUTE_READY, w.ROUTE_MODE, w.RADIUS)):

@@ -47,6 +47,7 @@ _x11.XTranslateCoordinates.argtypes = [ctypes.c_void_p, Window, Window, *[ctypes
 _x11.XSendEvent.argtypes = [ctypes.c_void_p, Window, ctypes.c_int, ctypes.c_long, ctypes.c_void_p]
 _x11.XFree.argtypes = [ctypes.c_void_p]
 _x11.XSetInputFocus.argtypes = [ctypes.c_void_p, Window, ctypes.c_int, ctypes.c_ulong]
+_x11.XGetInputFocus.argtypes = [ctypes.c_void_p, ctypes.c_void_p, ctypes.c_void_p]
 _x11.XSync.argtypes = [ctypes.c_void_p, ctypes.c_int]
 _x11.XCloseDisplay.argtypes = [ctypes.c_void_p]
 _x11.XKeysymToKeycode.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
@@ -182,6 +183,14 @@ def is_active(pid):
     with Display() as display:
         active = display.numbers(display.root(), "_NET_ACTIVE_WINDOW")
         return bool(active) and display.numbers(active[0], "_NET_WM_PID") == [pid]
+
+
+def has_the_keyboard(pid):
+    """Whether keys go to a window of the process and not, as at first, to what lies under the pointer."""
+    with Display() as display:
+        focused, kind = Window(), ctypes.c_int()
+        _x11.XGetInputFocus(display.pointer, ctypes.byref(focused), ctypes.byref(kind))
+        return focused.value > 1 and display.numbers(focused.value, "_NET_WM_PID") == [pid]
 
 
 def states(pid):

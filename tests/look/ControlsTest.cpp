@@ -251,14 +251,15 @@ TEST_F(ControlsTest, pop_up_elides_its_entry_and_ignores_the_wheel) {
     EXPECT_FALSE(showsToolTip(*popUp));
 }
 
-TEST_F(ControlsTest, fields_have_the_colours_of_their_states) {
+TEST_F(ControlsTest, fields_have_their_sizes_and_the_colours_of_their_states) {
     using namespace look::colours;
     const struct {
         look::FieldKind kind;
         int height;
-    } kinds[] = {{look::FieldKind::Search, 34},
-                 {look::FieldKind::Service, 24},
-                 {look::FieldKind::Routing, 26}};
+        int letters;
+    } kinds[] = {{look::FieldKind::Search, 34, 15},
+                 {look::FieldKind::Service, 24, 11},
+                 {look::FieldKind::Routing, 26, 11}};
     show();
     for (const auto& kind : kinds) {
         look::Field field(kind.kind, &window);
@@ -266,6 +267,7 @@ TEST_F(ControlsTest, fields_have_the_colours_of_their_states) {
         field.resize(200, 30);
         field.show();
         EXPECT_EQ(field.height(), kind.height);
+        EXPECT_EQ(field.font().pixelSize(), kind.letters);
         const int middle = kind.height / 2;
         const auto expect = [&](QRgb fill, QRgb line, QRgb text) {
             const QImage image = picture(field);
@@ -321,6 +323,11 @@ TEST_F(ControlsTest, field_shows_a_blue_cursor_where_the_text_goes_on) {
     EXPECT_NEAR(cursorAt(), after, 1);
     QTest::keyClick(field, Qt::Key_Home);
     EXPECT_EQ(cursorAt(), 11);
+    field->setReadOnly(true);
+    EXPECT_EQ(cursorAt(), -1) << "nothing can be typed";
+    field->setReadOnly(false);
+    QTest::keyClick(field, Qt::Key_End);
+    EXPECT_NEAR(cursorAt(), after, 1);
     field->clearFocus();
     EXPECT_EQ(cursorAt(), -1);
 }

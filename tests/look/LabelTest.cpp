@@ -55,6 +55,17 @@ TEST_F(LabelTest, every_label_of_the_toolkit_becomes_a_plain_one) {
         EXPECT_EQ(part->textFormat(), Qt::PlainText) << part->objectName().toStdString();
 }
 
+TEST_F(LabelTest, line_that_is_cut_keeps_its_beginning_and_ends_with_an_ellipsis) {
+    const QString marks(1000, u'\u0301'); // above one letter: too many, and yet they fit
+    for (const QString& text : {u"Ende einer sehr langen Straße"_s, QString(u"End"_s + marks)}) {
+        const look::Line line = look::fitLine(text, look::font(12), 80);
+        EXPECT_TRUE(line.isElided);
+        EXPECT_TRUE(line.text.startsWith(u"End"_s)) << line.text.toStdString();
+        EXPECT_TRUE(line.text.endsWith(u'\u2026')) << line.text.toStdString();
+        EXPECT_LE(line.width, 80);
+    }
+}
+
 TEST_F(LabelTest, ampersand_stays_with_and_without_a_buddy) {
     auto* first = new QLineEdit(&window);
     auto* field = new QLineEdit(&window);

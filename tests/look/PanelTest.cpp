@@ -7,6 +7,7 @@
 #include "look/controls/PopUp.h"
 #include "look/style/Colours.h"
 #include "look/style/FocusRing.h"
+#include "look/text/Fonts.h"
 #include "look/text/Label.h"
 
 #include <QAccessible>
@@ -103,20 +104,24 @@ TEST_F(PanelTest, it_lies_in_the_middle_of_its_window_also_when_that_is_resized)
     }
 }
 
-TEST_F(PanelTest, the_page_below_shows_under_black) {
+TEST_F(PanelTest, the_page_below_shows_under_black_and_grows_with_the_window) {
     const QImage before = picture(window);
+    const QColor ground(before.pixel(2, 2));
+    const QColor inField(before.pixel(30, window.height() / 2));
+    ASSERT_NE(ground, inField);
     openAlert();
     for (const QSize size : {window.size(), QSize(1000, 800)}) {
         window.resize(size);
         QCoreApplication::processEvents();
         const QImage under = picture(window);
-        // In the page's ground and in its field.
-        for (const QPoint place :
-             {QPoint(2, 2), content->mapTo(&window, field->pos()) + QPoint(15, 15)}) {
-            const QColor was(before.pixel(place));
+        // The field is as wide as the page.
+        const int middle = size.height() / 2;
+        for (const auto& [place, was] : {std::pair(QPoint(2, 2), ground),
+                                         {QPoint(30, middle), inField},
+                                         {QPoint(size.width() - 30, middle), inField}}) {
             const QColor is(under.pixel(place));
-            EXPECT_NEAR(is.red(), was.red() * 0.7, 1);
-            EXPECT_NEAR(is.blue(), was.blue() * 0.7, 1);
+            EXPECT_NEAR(is.red(), was.red() * 0.7, 1) << place.x();
+            EXPECT_NEAR(is.blue(), was.blue() * 0.7, 1) << place.x();
         }
     }
 }
@@ -182,6 +187,12 @@ TEST_F(PanelTest, one_that_opens_in_a_hidden_window_is_there_when_it_shows) {
     EXPECT_TRUE(panel->isVisible());
     // This screen does not make the window the active one again.
     EXPECT_EQ(window.focusWidget(), panel->prominentButton());
+}
+
+TEST_F(PanelTest, it_takes_the_keyboard_also_where_nothing_had_it) {
+    field->clearFocus();
+    ASSERT_EQ(window.focusWidget(), nullptr);
+    EXPECT_TRUE(openQuestion()->prominentButton()->hasFocus());
 }
 
 TEST_F(PanelTest, return_presses_the_prominent_button_and_escape_the_other) {
@@ -253,14 +264,17 @@ TEST_F(PanelTest, texts_are_literal_and_long_ones_make_it_taller) {
 }
 
 TEST_F(PanelTest, texts_without_an_end_are_elided_before_the_window_ends) {
-    const QString text = u"Straße "_s.repeated(15000);
-    const Panel* alert = openAlert(text, text);
-    EXPECT_TRUE(alert->information()->isElided());
-    EXPECT_TRUE(window.rect()
-                    .marginsRemoved({12, 12, 12, 12})
-                    .contains(QRect(alert->mapTo(&window, QPoint()), alert->size())));
-    EXPECT_TRUE(alert->rect().contains(alert->prominentButton()->geometry()));
-    EXPECT_EQ(window.minimumSizeHint(), QSize(780, 730)) << "the window need not grow for it";
+    for (const QString& text : {u"Straße "_s.repeated(15000), u"Zeile\n"_s.repeated(15000)}) {
+        Panel* alert = openAlert(text, text);
+        EXPECT_TRUE(alert->information()->isElided());
+        EXPECT_EQ(alert->information()->height(), 24 * look::lineHeight(12)) << "no wall of text";
+        EXPECT_TRUE(window.rect()
+                        .marginsRemoved({12, 12, 12, 12})
+                        .contains(QRect(alert->mapTo(&window, QPoint()), alert->size())));
+        EXPECT_TRUE(alert->rect().contains(alert->prominentButton()->geometry()));
+        EXPECT_EQ(window.minimumSizeHint(), QSize(780, 730)) << "the window need not grow for it";
+        alert->accept();
+    }
 }
 
 TEST_F(PanelTest, assistive_technology_sees_a_dialog_or_an_alert_with_its_texts_once) {

@@ -5,6 +5,7 @@
 #include "look/style/ToolTip.h"
 #include "look/text/Fonts.h"
 #include "look/text/Label.h"
+#include "look/text/LiteralText.h"
 
 #include <QAccessible>
 #include <QBoxLayout>
@@ -71,6 +72,24 @@ TEST_F(PlaceListTest, rows_are_drawn_as_they_are_written) {
             << written.toStdString();
         EXPECT_GT(ink(drawn({}, written), detailBox).width(), 15) << written.toStdString();
     }
+}
+
+TEST_F(PlaceListTest, name_and_detail_have_the_places_and_letters_of_the_design) {
+    using namespace look;
+    const struct {
+        QRect box;
+        QFont font;
+        QRgb colour;
+    } lines[] = {{{10, 7, 380, 17}, fontForNames(14, QFont::Medium), colours::labelOnWell},
+                 {{10, 27, 380, 14}, fontForNames(11), colours::secondaryOnWell}};
+    QImage wanted(400, 48, QImage::Format_RGB32);
+    wanted.fill(colours::well);
+    QPainter painter(&wanted);
+    for (const auto& [box, font, colour] : lines)
+        drawLine(painter, box, fitLine(u"Berlin"_s, font, box.width()), font, colour, Qt::AlignLeft,
+                 Qt::LeftToRight);
+    painter.end();
+    EXPECT_EQ(drawn(u"Berlin"_s, u"Berlin"_s), wanted);
 }
 
 TEST_F(PlaceListTest, control_characters_and_line_breaks_are_spaces) {
@@ -143,6 +162,19 @@ TEST_F(PlaceListTest, rows_have_the_colours_of_their_states) {
     list->setEnabled(false);
     EXPECT_EQ(rowColour(0), look::colours::selectionDisabled);
     EXPECT_EQ(rowColour(1), look::colours::well);
+}
+
+TEST_F(PlaceListTest, one_row_is_chosen_whatever_key_is_held_with_the_click) {
+    add(u"Ulm"_s);
+    add(u"Bonn"_s);
+    show();
+    int row = 0;
+    for (const Qt::KeyboardModifier key :
+         {Qt::NoModifier, Qt::ControlModifier, Qt::ShiftModifier}) {
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, key, QPoint(200, 20 + 50 * row));
+        EXPECT_EQ(list->selectionModel()->selectedIndexes(), QModelIndexList{model.index(row, 0)});
+        row = 1 - row;
+    }
 }
 
 TEST_F(PlaceListTest, selection_is_grey_in_a_window_that_is_not_active) {

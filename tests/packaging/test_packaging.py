@@ -112,6 +112,8 @@ class Files(unittest.TestCase):
         self.assertEqual(entry["Name[de]"], "Norvaxel 3D · Orte und Routen")
         self.assertTrue(entry["Keywords[de]"].startswith("Ortskarte;Route;"))
         self.assertEqual(entry["StartupNotify"], "true")
+        # What the toolkit writes on a window of X11, by which the desktop finds the entry.
+        self.assertEqual(entry["StartupWMClass"], PROGRAM)
 
     def test_menu_entry_has_a_second_action_for_routes(self):
         groups = entries(self.entry)

@@ -18,11 +18,18 @@ QString nameOf(QObject* object) {
     return spoken(object)->text(QAccessible::Name);
 }
 
-// The names of the labels that assistive technology relates to a control.
+bool isRelated(QAccessibleInterface* one, QAccessibleInterface* other,
+               QAccessible::RelationFlag relation) {
+    return one->relations(relation).contains(std::pair(other, QAccessible::Relation(relation)));
+}
+
+// The names of the labels that are related to a control, and it to them: screen readers ask one or
+// the other.
 QStringList captionsOf(QObject* object) {
     QStringList names;
     for (const auto& [other, relation] : spoken(object)->relations(QAccessible::Label))
-        if (relation & QAccessible::Label)
+        if (relation & QAccessible::Label &&
+            isRelated(other, spoken(object), QAccessible::Labelled))
             names += other->text(QAccessible::Name);
     return names;
 }

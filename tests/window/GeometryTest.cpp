@@ -57,6 +57,8 @@ TEST_F(GeometryTest, on_a_screen_too_small_the_end_is_cut_and_never_the_title_ba
     ASSERT_LT(available.width(), window()->width());
     EXPECT_EQ(window()->pos().x(), available.left());
     EXPECT_GE(window()->pos().y(), available.top());
+    const QPoint middle = window()->pos() + window()->rect().center();
+    EXPECT_NEAR(middle.y(), available.center().y(), 1) << "there is room";
 }
 
 TEST_F(GeometryTest, place_mode) {
@@ -205,6 +207,8 @@ TEST_F(GeometryTest, a_status_of_three_lines_moves_nothing) {
         expectBottom(574, 0);
     }
     EXPECT_TRUE(status->isElided());
+    status->setText(u"a\nb\nc"_s);
+    EXPECT_FALSE(status->isElided());
 }
 
 } // namespace
