@@ -17,6 +17,8 @@ KEYSYMS = {"Ctrl": 0xFFE3, "Alt": 0xFFE9, "Up": 0xFF52, "Down": 0xFF54, "Delete"
            "Return": 0xFF0D, "Escape": 0xFF1B, "Home": 0xFF50, "Tab": 0xFF09, "Shift": 0xFFE1, "space": 0x20,
            "Super": 0xFFEB, "Left": 0xFF51, "Page_Up": 0xFF55, "Page_Down": 0xFF56,
            **{f"F{number}": 0xFFBD + number for number in range(1, 13)}}
+# For how many milliseconds a key stays down: as good as none, if nobody cares.
+held = 0
 
 
 class ClientMessage(ctypes.Structure):
@@ -257,8 +259,9 @@ def drag(start, end, key):
         _test.XTestFakeKeyEvent(display.pointer, code, 1, 0)
         _test.XTestFakeButtonEvent(display.pointer, 1, 1, 0)
         for step in range(1, 11):
-            _test.XTestFakeMotionEvent(display.pointer, -1, *(a + (b - a) * step // 10 for a, b in zip(start, end)), 0)
-        _test.XTestFakeButtonEvent(display.pointer, 1, 0, 0)
+            place = (a + (b - a) * step // 10 for a, b in zip(start, end))
+            _test.XTestFakeMotionEvent(display.pointer, -1, *place, held // 5)
+        _test.XTestFakeButtonEvent(display.pointer, 1, 0, held)
         _test.XTestFakeKeyEvent(display.pointer, code, 0, 0)
 
 
@@ -269,4 +272,4 @@ def press(keys):
         for code in codes:
             _test.XTestFakeKeyEvent(display.pointer, code, 1, 0)
         for code in reversed(codes):
-            _test.XTestFakeKeyEvent(display.pointer, code, 0, 0)
+            _test.XTestFakeKeyEvent(display.pointer, code, 0, held)
