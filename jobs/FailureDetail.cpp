@@ -60,6 +60,13 @@ QString withoutAddresses(QString text, QRegularExpression::PatternOptions letter
     return text.replace(address, u"[Datendienst]"_s);
 }
 
+// Whether a character cannot begin here. Among joined emojis the toolkit sees boundaries before
+// such units, too, and so would halve one of them.
+bool goesOnWith(QChar unit) {
+    constexpr QChar joiner(u'\u200d');
+    return unit.isLowSurrogate() || unit.isMark() || unit == joiner;
+}
+
 // The first 500 units, and what belongs to the last character of these.
 QString firstWholeCharacters(const QString& text) {
     constexpr qsizetype longest = 500;
@@ -67,9 +74,8 @@ QString firstWholeCharacters(const QString& text) {
         return text;
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     finder.setPosition(longest);
-    // Within joined emojis the toolkit also sees boundaries that halve one of them.
     while (finder.position() < text.size() &&
-           (!finder.isAtBoundary() || text.at(finder.position()).isLowSurrogate()))
+           (!finder.isAtBoundary() || goesOnWith(text.at(finder.position()))))
         finder.toNextBoundary();
     return text.first(finder.position());
 }

@@ -168,6 +168,11 @@ TEST_F(FailureDetail, route_cuts_at_500_without_splitting_a_character) {
     EXPECT_TRUE(family.isValidUtf16());
     EXPECT_TRUE(family.startsWith(QString(493, u'x') + u"कि\u200d👩‍👧"_s));
     EXPECT_FALSE(family.endsWith(u'y'));
+    // And here in front of what joins the next one to it.
+    const QString joined =
+        route("FEHLER: " + QByteArray(496, 'x') + "👨अि\u200d👩\u200d👧" + QByteArray(90, 'y'));
+    EXPECT_TRUE(joined.startsWith(QString(496, u'x') + u"👨अि\u200d"_s))
+        << joined.sliced(490).toStdString();
     // What an address takes is counted as it is shown.
     EXPECT_EQ(route("FEHLER: " + QByteArray(490, 'x') + " https://a.example/b"),
               QString(490, u'x') + u" [Datendie"_s);
