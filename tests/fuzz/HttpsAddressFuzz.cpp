@@ -54,8 +54,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::optional<QString> written = authority(text);
     require(written && !written->isEmpty() && !written->startsWith(u':'), "it has a host");
     require(!written->contains(u'@'), "it names no user");
-    require(std::ranges::none_of(text, [](QChar each) { return each <= u' ' || each == u'\x7f'; }),
-            "it holds no blank and no control character");
+    require(std::ranges::none_of(
+                text,
+                [](QChar each) { return each <= u' ' || each == u'\x7f' || fuzz::isBlank(each); }),
+            "it holds no blank, in whatever script, and no control character");
     const std::optional<QUrl> sent =
         platform::httpsAddress(QString::fromLatin1(address->toEncoded()));
     require(sent && sent->host() == address->host() && sent->port() == address->port(),

@@ -18,6 +18,8 @@
 // it.
 namespace fuzz {
 
+using namespace Qt::StringLiterals;
+
 // The end of the program where `holds` is false. `promise` says what the product promises.
 inline void require(bool holds, const char* promise,
                     std::source_location where = std::source_location::current()) {
@@ -49,6 +51,24 @@ inline QList<QByteArray> fields(const std::uint8_t* data, std::size_t size, int 
 // stands for what is not UTF-8.
 inline QString text(const QByteArray& bytes) {
     return QString::fromUtf8(bytes).replace(QChar::ReplacementCharacter, QChar(0xd83d));
+}
+
+// What Unicode calls White_Space.
+inline bool isBlank(QChar letter) {
+    static const QString blanks =
+        u"\t\n\v\f\r \u0085\u00a0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006"
+        "\u2007\u2008\u2009\u200a\u2028\u2029\u202f\u205f\u3000"_s;
+    return blanks.contains(letter);
+}
+
+inline QString withoutBlankEnds(const QString& text) {
+    const QChar* begin = text.constData();
+    const QChar* end = begin + text.size();
+    while (begin < end && isBlank(*begin))
+        ++begin;
+    while (begin < end && isBlank(end[-1]))
+        --end;
+    return QString(begin, end - begin);
 }
 
 } // namespace fuzz

@@ -13,8 +13,6 @@
 // What a log says about a failure, by other means: the whole of it at once, letter by letter.
 namespace fuzz {
 
-using namespace Qt::StringLiterals;
-
 // A file of one process, in memory where the system has a place for that, rewritten for each run.
 class LogFile {
 public:
@@ -67,24 +65,6 @@ inline std::optional<QString> readUtf8(const QByteArray& text) {
     }
     // A byte order mark is no text.
     return read.startsWith(QChar(0xfeff)) ? read.sliced(1) : read;
-}
-
-// What Unicode calls White_Space.
-inline bool isBlank(QChar letter) {
-    static const QString blanks =
-        u"\t\n\v\f\r \u0085\u00a0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006"
-        "\u2007\u2008\u2009\u200a\u2028\u2029\u202f\u205f\u3000"_s;
-    return blanks.contains(letter);
-}
-
-inline QString withoutBlankEnds(const QString& text) {
-    const QChar* begin = text.constData();
-    const QChar* end = begin + text.size();
-    while (begin < end && isBlank(*begin))
-        ++begin;
-    while (begin < end && isBlank(end[-1]))
-        --end;
-    return QString(begin, end - begin);
 }
 
 // How long the address is that begins here; 0 where none does.

@@ -36,17 +36,8 @@ bool isNumber(const QVariant& value) {
     return value.typeId() == QMetaType::Double || value.typeId() == QMetaType::LongLong;
 }
 
-// Unicode's White_Space, all of it.
 QString trimmed(const QVariant& value) {
-    static const QString blanks =
-        u"\t\n\v\f\r \u0085\u00a0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006\u2007"
-        "\u2008\u2009\u200a\u2028\u2029\u202f\u205f\u3000"_s;
-    QString text = isText(value) ? value.toString() : QString();
-    while (!text.isEmpty() && blanks.contains(text.back()))
-        text.chop(1);
-    while (!text.isEmpty() && blanks.contains(text.front()))
-        text.remove(0, 1);
-    return text;
+    return isText(value) ? fuzz::withoutBlankEnds(value.toString()) : QString();
 }
 
 QString fourDecimals(double latitude, double longitude) {
