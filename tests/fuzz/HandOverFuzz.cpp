@@ -15,10 +15,9 @@
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
-using fuzz::Json;
-using fuzz::JsonReader;
 using fuzz::require;
 using fuzz::Schema;
+using fuzz::StrictJson;
 
 namespace {
 
@@ -58,20 +57,18 @@ QByteArray contentOf(const QString& path) {
 }
 
 // The document, which is JSON and fits its schema.
-Json fitting(const QByteArray& bytes, const Schema& rules, const char* promise) {
-    auto document = JsonReader::read(bytes);
+QVariantMap fitting(const QByteArray& bytes, const Schema& rules, const char* promise) {
+    const auto document = StrictJson::read(bytes);
     require(document && rules.fits(*document), promise);
-    return std::move(*document);
+    return document->toMap();
 }
 
-bool isText(const Json& document, const QString& member, const QString& text) {
-    const Json* found = document.member(member);
-    return found && found->as<QString>() && found->text() == text;
+bool isText(const QVariant& value, const QString& text) {
+    return value.typeId() == QMetaType::QString && value.toString() == text;
 }
 
-bool isNumber(const Json& document, const QString& member, double number) {
-    const Json* found = document.member(member);
-    return found && found->as<Json::Number>() && found->as<Json::Number>()->value == number;
+bool isNumber(const QVariant& value, double number) {
+    return value.typeId() != QMetaType::QString && value.toDouble() == number;
 }
 
 // The new package's folder, which is not there yet.
@@ -92,26 +89,25 @@ void checkPlace(const Workplace& workplace, const jobs::PlaceRequest& request) {
     }
     const auto& plan = std::get<jobs::JobPlan>(made);
     const QString selectedPath = plan.temporaryFolder.file(u"photon-selected.json"_s);
-    const Json selected =
+    const QVariantMap selected =
         fitting(contentOf(selectedPath), selectedRules, "what is selected fits its schema");
-    require(isSame(selected.member(u"features"_s)->as<Json::List>()->front(),
-                   QJsonValue(request.feature)),
+    require(selected[u"features"_s].toList().value(0).toMap() == request.feature.toVariantMap(),
             "what is selected is the row's feature");
     require(contentOf(plan.temporaryFolder.file(u"photon-search.json"_s)) ==
                     request.photonResponse &&
                 plan.packageFiles.at(0).bytes == request.photonResponse,
             "the answer is handed over as it came");
-    if (const auto answer = JsonReader::read(request.photonResponse))
+    if (const auto answer = StrictJson::read(request.photonResponse))
         require(searchRules.fits(*answer), "an answer with a row fits its schema");
-    const Json choice = fitting(plan.packageFiles.at(1).bytes, choiceRules,
-                                "the record of the choice fits its schema");
+    const QVariantMap choice = fitting(plan.packageFiles.at(1).bytes, choiceRules,
+                                       "the record of the choice fits its schema");
     const QString radius =
         QStringList{u"0.4"_s, u"0.8"_s, u"1.2"_s, u"2.0"_s}.at(request.radiusIndex);
-    require(isText(choice, u"query"_s, request.searchedQuery) &&
-                isText(choice, u"name"_s, request.name) &&
-                isText(choice, u"source"_s, request.source) &&
-                isText(choice, u"endpoint"_s, endpoint) && isText(choice, u"radius_km"_s, radius) &&
-                isNumber(choice, u"selected_result"_s, request.selectedRow + 1),
+    require(isText(choice[u"query"_s], request.searchedQuery) &&
+                isText(choice[u"name"_s], request.name) &&
+                isText(choice[u"source"_s], request.source) &&
+                isText(choice[u"endpoint"_s], endpoint) && isText(choice[u"radius_km"_s], radius) &&
+                isNumber(choice[u"selected_result"_s], request.selectedRow + 1),
             "the record holds what was chosen");
     QStringList expected{u"--fetch"_s,
                          u"--place"_s,
@@ -154,14 +150,16 @@ void checkRoute(const Workplace& workplace, const jobs::RouteRequest& request) {
     require(isNamed, "a station has a name of at most 200 units");
     const auto& plan = std::get<jobs::JobPlan>(made);
     const QString path = plan.temporaryFolder.file(u"stations.json"_s);
-    const Json document = fitting(contentOf(path), rules, "the stations fit their schema");
-    const auto& list = *document.member(u"stations"_s)->as<Json::List>();
-    require(qsizetype(list.size()) == stations.size(), "every station is handed over");
-    for (qsizetype i = 0; i < stations.size(); ++i)
-        require(isText(list[std::size_t(i)], u"name"_s, stations.at(i).name.trimmed()) &&
-                    isNumber(list[std::size_t(i)], u"lon"_s, stations.at(i).lon) &&
-                    isNumber(list[std::size_t(i)], u"lat"_s, stations.at(i).lat),
+    const QVariantMap document = fitting(contentOf(path), rules, "the stations fit their schema");
+    const QVariantList list = document[u"stations"_s].toList();
+    require(list.size() == stations.size(), "every station is handed over");
+    for (qsizetype i = 0; i < stations.size(); ++i) {
+        const QVariantMap station = list[i].toMap();
+        require(isText(station[u"name"_s], stations.at(i).name.trimmed()) &&
+                    isNumber(station[u"lon"_s], stations.at(i).lon) &&
+                    isNumber(station[u"lat"_s], stations.at(i).lat),
                 "a station is handed over as it was chosen");
+    }
     QStringList expected{u"--route"_s,      u"--stations"_s, path,     u"--output"_s,
                          plan.outputFolder, u"--endpoint"_s, endpoint, u"--3d"_s};
     if (request.travel == jobs::Travel::Train)
@@ -183,13 +181,12 @@ int digit(char letter) {
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     for (const char* name : {"photon-selected", "photon-search", "stations", "import-choice"}) {
         const Schema rules = schema(name);
-        const auto example = JsonReader::read(contentOf(
+        const auto example = StrictJson::read(contentOf(
             QStringLiteral(NORVAXEL_SCHEMAS "/examples/") + QLatin1StringView(name) + u".json"_s));
         require(example && rules.fits(*example), "an example fits its schema");
-        Json less = *example;
-        auto& members = std::get<Json::Object>(less.value);
-        members.erase(std::prev(members.end()));
-        members.erase(u"features"_s);
+        QVariantMap less = example->toMap();
+        less.remove(less.lastKey());
+        less.remove(u"features"_s);
         require(!rules.fits(less), "an example without a member fits no schema");
     }
     return 0;

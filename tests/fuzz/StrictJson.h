@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <cstdlib>
 #include <optional>
 #include <utility>
@@ -13,7 +14,8 @@ namespace fuzz {
 
 // A reader of JSON by RFC 8259 that shares nothing with the toolkit's and refuses what the standard
 // refuses. A number without fraction and exponent is an integer where it fits 64 bits, as the
-// toolkit has it; a number that a double cannot hold, and more than 200 levels, are refused.
+// toolkit has it; a number beyond a double's range at either end, and more than 200 levels, are
+// refused.
 class StrictJson {
 public:
     static std::optional<QVariant> read(const QByteArray& bytes) {
@@ -170,7 +172,7 @@ private:
         }
         errno = 0;
         const double real = std::strtod(written.constData(), nullptr);
-        if (errno != 0)
+        if (std::isinf(real) || (errno != 0 && real == 0))
             return refuse();
         return real == 0 ? 0 : real; // as the toolkit has it: a zero has no sign
     }
