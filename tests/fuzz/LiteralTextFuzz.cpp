@@ -63,8 +63,8 @@ void checkLine(const QString& text, const QFont& font, int width) {
         require(line.text == whole, "what is not elided is whole");
         return;
     }
-    // Where not even the ellipsis fits nothing is drawn.
-    if (line.text.isEmpty())
+    // Where not even the ellipsis fits nothing is drawn; one letter alone is never cut.
+    if (line.text.isEmpty() || whole.size() == 1)
         return;
     // Behind the ellipsis the toolkit closes and opens again what has no width: changes of
     // direction.
