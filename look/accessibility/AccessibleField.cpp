@@ -100,7 +100,8 @@ public:
     void deleteText(int begin, int end) override { replaceText(begin, end, {}); }
     void insertText(int offset, const QString& text) override { replaceText(offset, offset, text); }
     void replaceText(int begin, int end, const QString& text) override {
-        write(field()->text().replace(begin, end - begin, text));
+        if (begin >= 0 && end >= begin)
+            write(field()->text().replace(begin, end - begin, text));
     }
 
 private:

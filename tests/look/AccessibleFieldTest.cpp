@@ -100,4 +100,14 @@ TEST_F(AccessibleFieldTest, text_is_written_only_where_somebody_could_type_it) {
     EXPECT_EQ(field->text(), u"Leipzig"_s);
 }
 
+TEST_F(AccessibleFieldTest, places_that_the_text_has_not_are_left_alone) {
+    editable()->replaceText(-1, 3, u"x"_s);
+    editable()->deleteText(4, 2);
+    editable()->insertText(-1, u"x"_s);
+    editable()->insertText(7, u"x"_s);
+    EXPECT_EQ(field->text(), u"Berlin"_s);
+    editable()->deleteText(5, 70);
+    EXPECT_EQ(field->text(), u"Berli"_s);
+}
+
 } // namespace
