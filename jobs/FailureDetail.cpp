@@ -60,9 +60,9 @@ QString withoutAddresses(QString text, QRegularExpression::PatternOptions letter
     return text.replace(address, u"[Datendienst]"_s);
 }
 
-// Whether a character cannot begin here. Among joined emojis the toolkit sees boundaries before
-// such units, too, and so would halve one of them.
-bool goesOnWith(QChar unit) {
+// Whether no character begins with this unit. Among joined emojis the toolkit sees boundaries
+// before such units, too, and so would halve one of them.
+bool continuesCharacter(QChar unit) {
     constexpr QChar joiner(u'\u200d');
     return unit.isLowSurrogate() || unit.isMark() || unit == joiner;
 }
@@ -75,7 +75,7 @@ QString firstWholeCharacters(const QString& text) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     finder.setPosition(longest);
     while (finder.position() < text.size() &&
-           (!finder.isAtBoundary() || goesOnWith(text.at(finder.position()))))
+           (!finder.isAtBoundary() || continuesCharacter(text.at(finder.position()))))
         finder.toNextBoundary();
     return text.first(finder.position());
 }
