@@ -18,12 +18,7 @@ namespace {
 
 class ImporterJobLifeTest : public ChildTest, protected ScriptedPlan {
 protected:
-    ImporterJobLifeTest() {
-        QDir().mkpath(output_);
-        // The tool of these tests leaves no package: it is there already.
-        makeFile(output_ + u"/origin.nxd"_s);
-        makeFile(output_ + u"/norvaxel3d.json"_s);
-    }
+    ImporterJobLifeTest() { makePackageBefore(); }
 };
 
 TEST_F(ImporterJobLifeTest, every_life_is_reported_exactly_once_whenever_it_is_stopped) {

@@ -121,9 +121,7 @@ class JobRunnerSequences : public ChildTest, protected ScriptedPlan {
 protected:
     JobRunnerSequences() {
         // No tool of these makes a package: it is there already, or it is not.
-        QDir().mkpath(output_);
-        makeFile(output_ + u"/origin.nxd"_s);
-        makeFile(output_ + u"/norvaxel3d.json"_s);
+        makePackageBefore();
         QDir().mkpath(blocked_ + u"/last-import.txt/in the way"_s);
     }
 

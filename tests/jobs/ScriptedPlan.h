@@ -11,6 +11,13 @@ protected:
         QDir().mkpath(support_);
     }
 
+    // For tools that leave no package: it is there already.
+    void makePackageBefore() {
+        QDir().mkpath(output_);
+        makeFile(output_ + u"/origin.nxd"_s);
+        makeFile(output_ + u"/norvaxel3d.json"_s);
+    }
+
     // `tool` is an absolute path, `name` that of the temporary folder.
     JobPlan planFor(const QString& tool, const QStringList& arguments,
                     const QString& name = u"job"_s) {
