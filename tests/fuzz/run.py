@@ -5,9 +5,9 @@
     tests/fuzz/run.py HttpsAddress --runs 10000000      so many of one
     tests/fuzz/run.py --keep                 afterwards: what reached something new goes into the corpus
 
-It begins with the target's corpus beside this file and goes on with what earlier runs have found (build/fuzz/found). A
-finding ends its target and is named here; put its file into the corpus once it is mended. Each line tells how many runs a
-target had, how many a second, and how much of the program's code they reached (edges, by libFuzzer's count).
+It begins with the target's corpus beside this file and goes on with what earlier runs have found (build/fuzz/found).
+A finding ends its target and is named here; put its file into the corpus once it is mended. Each line tells how many
+runs a target had, how many a second, and how much of the program's code they reached (edges, by libFuzzer's count).
 """
 import argparse
 import concurrent.futures
@@ -43,8 +43,9 @@ def options_of(target):
 
 
 def call(target, *more):
-    return subprocess.run([BUILD / "bin" / f"{target}Fuzz", *more], cwd=BUILD, env=ENVIRONMENT, stdin=subprocess.DEVNULL,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace", check=False)
+    return subprocess.run([BUILD / "bin" / f"{target}Fuzz", *more], cwd=BUILD, env=ENVIRONMENT, check=False,
+                          stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                          errors="replace")
 
 
 def run(target, runs):

@@ -46,7 +46,8 @@ def read_tree():
     for name in sorted(set(names)):
         if (ROOT / name).is_file():
             content = (ROOT / name).read_bytes()
-            files[name] = "" if b"\0" in content or name.startswith(CORPUS) else content.decode("utf-8", errors="replace")
+            is_foreign = b"\0" in content or name.startswith(CORPUS)
+            files[name] = "" if is_foreign else content.decode("utf-8", errors="replace")
     return files
 
 

@@ -149,8 +149,8 @@ class Painter(RuleTest):
             self.assert_faults(rules.painter({"app/A.cpp": line}), "app/A.cpp:1: only ControlPainter")
 
     def test_an_item_of_a_menu_is_no_control(self):
-        self.assert_faults(rules.painter({"app/Menus.cpp": "item->setEnabled(on);\nlastItem->hide();\nw->setEnabled(on);\n"}),
-                           "app/Menus.cpp:2", "app/Menus.cpp:3")
+        menus = "item->setEnabled(on);\nlastItem->hide();\nw->setEnabled(on);\n"
+        self.assert_faults(rules.painter({"app/Menus.cpp": menus}), "app/Menus.cpp:2", "app/Menus.cpp:3")
 
 
 class Faults(RuleTest):
