@@ -119,6 +119,17 @@ TEST_F(GeometryTest, route_mode) {
     }
 }
 
+TEST_F(GeometryTest, the_routing_caption_alone_gives_way_in_its_row) {
+    startAt(Mode::Route, least);
+    control<QCheckBox>("routeMapCheckbox")->setText(QString(60, u'm'));
+    settle();
+    QStringList elided;
+    for (const look::Label* label : control("routeOptions")->findChildren<look::Label*>())
+        if (!label->elidedText().isEmpty())
+            elided += label->text();
+    EXPECT_EQ(elided, QStringList(u"Routingdienst · eigene HTTPS-Adresse optional"_s));
+}
+
 TEST_F(GeometryTest, a_dialog_lies_in_the_middle_of_the_content) {
     for (const QSize size : {natural, least}) {
         startAt(Mode::Place, size);
