@@ -363,4 +363,16 @@ TEST_F(LanguageDialogTest, a_key_that_closes_the_list_does_nothing_to_the_dialog
     EXPECT_EQ(dialog(), nullptr) << "the next key is the dialog's";
 }
 
+TEST_F(LanguageDialogTest, a_key_that_comes_with_the_one_that_closes_the_list_is_the_dialogs) {
+    start();
+    openDialog();
+    languages()->showPopup();
+    // To the widgets, and so in one turn of the event loop.
+    QTest::keyClick(languages()->view(), Qt::Key_Escape);
+    ASSERT_NE(dialog(), nullptr);
+    QTest::keyClick(dialog(), Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(dialog(), nullptr);
+}
+
 } // namespace
