@@ -76,11 +76,17 @@ Line fitLine(const QString& text, const QFont& font, int width) {
     const bool isCut = shown.size() < text.size();
     if (isCut)
         shown += u'\u2026';
-    const qreal advance = QFontMetricsF(font).horizontalAdvance(shown);
-    if (advance <= width)
-        return {shown, advance, isCut};
-    const QString fitted = QFontMetrics(font).elidedText(shown, Qt::ElideRight, qMax(width, 0));
-    return {fitted, QFontMetricsF(font).horizontalAdvance(fitted), true};
+    const QFontMetricsF metrics(font);
+    Line line{shown, metrics.horizontalAdvance(shown), isCut};
+    // The toolkit leaves room for the ellipsis of the first font. Behind letters of another one it
+    // can be wider: the line is then cut once more.
+    for (qreal room = qMax(width, 0); line.width > width && room >= 0;) {
+        line.text = metrics.elidedText(shown, Qt::ElideRight, room);
+        line.width = metrics.horizontalAdvance(line.text);
+        line.isElided = true;
+        room -= std::ceil(line.width - width);
+    }
+    return line;
 }
 
 void FittedText::setText(const QString& text) {
@@ -155,7 +161,7 @@ TextBlock::TextBlock(const QString& text, const QFont& font, int width, int maxi
     QString kept = whole.left(last.textStart());
     if (!kept.isEmpty() && !kept.endsWith(QChar::LineSeparator))
         kept += QChar::LineSeparator;
-    lay(kept + QFontMetrics(font).elidedText(rest, Qt::ElideRight, width_));
+    lay(kept + fitLine(rest, font, width_).text);
 }
 
 void TextBlock::lay(const QString& text) {
