@@ -64,11 +64,11 @@ QVariantMap fitting(const QByteArray& bytes, const Schema& rules, const char* pr
 }
 
 bool isText(const QVariant& value, const QString& text) {
-    return value.typeId() == QMetaType::QString && value.toString() == text;
+    return fuzz::isText(value) && value.toString() == text;
 }
 
 bool isNumber(const QVariant& value, double number) {
-    return value.typeId() != QMetaType::QString && value.toDouble() == number;
+    return fuzz::isNumber(value) && value.toDouble() == number;
 }
 
 // The new package's folder, which is not there yet.

@@ -19,6 +19,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using fuzz::isNumber;
+using fuzz::isText;
 using fuzz::require;
 using search::ResultRow;
 
@@ -26,14 +28,6 @@ using search::ResultRow;
 const QString& query() {
     static const QString typed = u"Ulm"_s;
     return typed;
-}
-
-bool isText(const QVariant& value) {
-    return value.typeId() == QMetaType::QString;
-}
-
-bool isNumber(const QVariant& value) {
-    return value.typeId() == QMetaType::Double || value.typeId() == QMetaType::LongLong;
 }
 
 QString trimmed(const QVariant& value) {
@@ -93,7 +87,7 @@ std::optional<NaiveRow> naiveRow(const QVariant& element) {
 
 std::optional<std::vector<NaiveRow>> naiveRows(const QVariant& answer) {
     const QVariant features = answer.toMap()[u"features"_s];
-    if (features.typeId() != QMetaType::QVariantList)
+    if (!fuzz::isList(features))
         return std::nullopt;
     std::vector<NaiveRow> rows;
     for (const QVariant& element : features.toList())

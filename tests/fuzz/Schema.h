@@ -27,18 +27,13 @@ public:
     bool fits(const QVariant& document) const { return fits(document, root_); }
 
 private:
-    static bool isList(const QVariant& value) { return value.typeId() == QMetaType::QVariantList; }
-    static bool isNumber(const QVariant& value) {
-        return value.typeId() == QMetaType::LongLong || value.typeId() == QMetaType::Double;
-    }
-    static bool isObject(const QVariant& value) { return value.typeId() == QMetaType::QVariantMap; }
-    static bool isText(const QVariant& value) { return value.typeId() == QMetaType::QString; }
     // A number equals another one of its value, and nothing else.
     static bool isSame(const QVariant& one, const QVariant& other) {
         return (isNumber(one) ? isNumber(other) : one.typeId() == other.typeId()) && one == other;
     }
 
     bool fits(const QVariant& value, const QVariant& schema) const {
+        require(isObject(schema), "a schema is an object");
         const QVariantMap rules = schema.toMap();
         return std::all_of(rules.keyBegin(), rules.keyEnd(), [&](const QString& rule) {
             return keeps(value, schema, rule, rules[rule]);

@@ -12,6 +12,20 @@
 
 namespace fuzz {
 
+// What a value that was read is.
+inline bool isText(const QVariant& value) {
+    return value.typeId() == QMetaType::QString;
+}
+inline bool isNumber(const QVariant& value) {
+    return value.typeId() == QMetaType::LongLong || value.typeId() == QMetaType::Double;
+}
+inline bool isList(const QVariant& value) {
+    return value.typeId() == QMetaType::QVariantList;
+}
+inline bool isObject(const QVariant& value) {
+    return value.typeId() == QMetaType::QVariantMap;
+}
+
 // A reader of JSON by RFC 8259 that shares nothing with the toolkit's and refuses what the standard
 // refuses. A number without fraction and exponent is an integer where it fits 64 bits, as the
 // toolkit has it; a number beyond a double's range at either end, and more than 200 levels, are
