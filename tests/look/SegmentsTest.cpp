@@ -158,6 +158,7 @@ TEST_F(SegmentsTest, states_have_their_own_colours) {
     show();
     const QPoint inFirst(30, 4);
     const QPoint inSecond(60, 4);
+    const QPoint beforeSecond(47, 12);
     const QPoint onDivider(93, 12);
     const QPoint onLine(60, 0);
     QTest::mouseMove(&window, QPoint(400, 400));
@@ -172,6 +173,12 @@ TEST_F(SegmentsTest, states_have_their_own_colours) {
     QTest::mouseRelease(segment(1), Qt::LeftButton);
     EXPECT_EQ(colourAt(*segments, inSecond), look::colours::pill);
     EXPECT_EQ(colourAt(*segments, onDivider), look::colours::pill);
+    EXPECT_EQ(colourAt(*segments, beforeSecond), look::colours::track);
+    segments->setSelectedSegment(2);
+    QTest::mouseMove(&window, QPoint(400, 400));
+    EXPECT_EQ(colourAt(*segments, beforeSecond), look::colours::divider);
+    EXPECT_EQ(colourAt(*segments, onDivider), look::colours::track);
+    segments->setSelectedSegment(1);
     segments->setEnabled(false);
     EXPECT_EQ(colourAt(*segments, inSecond), look::colours::pillDisabled);
     EXPECT_EQ(colourAt(*segments, inFirst), look::colours::trackDisabled);

@@ -296,6 +296,9 @@ TEST_P(ContrastInModeTest, every_state_of_the_window) {
     ASSERT_TRUE(statusIsRed());
     expectReadable(window(), "failed");
     EXPECT_GT(measured_, 200);
+    auto* failure = control<look::Label>("status");
+    failure->setText(u"████"_s);
+    EXPECT_EQ(failure->grab().toImage().pixel(12, 8), 0xffff6b61);
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, ContrastInModeTest,
