@@ -1,4 +1,6 @@
 """The program on a Wayland compositor: the same window and the same work as on X."""
+import ctypes
+import os
 import pathlib
 import re
 import shutil
@@ -15,6 +17,32 @@ FAILED = ("Download fehlgeschlagen: Es wird nichts erklärt\n"
           "Versuche einen kleineren Umkreis oder einen anderen Datendienst.")
 # Who draws the window's frame.
 FRAMES = {"frame of its own": {}, "no frame of its own": {"QT_WAYLAND_DISABLE_WINDOWDECORATION": "1"}}
+
+
+class HeldThread:
+    """One thread of a child, stopped as a debugger does it, while the others go on (see ptrace(2))."""
+    SEIZE, INTERRUPT, DETACH = 0x4206, 0x4207, 17
+    ANY_THREAD = 0x40000000  # __WALL
+
+    def __init__(self, pid, name):
+        tasks = pathlib.Path(f"/proc/{pid}/task").iterdir()
+        self.number = next(int(task.name) for task in tasks if (task / "comm").read_text() == name + "\n")
+        self.trace = ctypes.CDLL(None, use_errno=True).ptrace
+        self.trace.argtypes = [ctypes.c_long, ctypes.c_long, ctypes.c_void_p, ctypes.c_void_p]
+
+    def __enter__(self):
+        for request in (self.SEIZE, self.INTERRUPT):
+            if self.trace(request, self.number, None, None) != 0:
+                raise OSError(ctypes.get_errno(), "a thread cannot be held")
+        os.waitpid(self.number, self.ANY_THREAD)
+        return self
+
+    def has_ended(self):
+        """Its process waits until somebody has asked."""
+        return os.waitpid(self.number, os.WNOHANG | self.ANY_THREAD)[0] == self.number
+
+    def __exit__(self, *_failure):
+        self.trace(self.DETACH, self.number, None, None)
 
 
 class OnWayland(BlackBox):
@@ -94,6 +122,15 @@ class Wayland(OnWayland):
                 self.assert_alert("Ortsdaten konnten nicht geladen werden", FAILED)
                 self.window.says(FAILED)
                 self.end()
+
+    def test_a_thread_of_the_toolkit_does_not_hold_up_the_end(self):
+        """On a busy machine that thread can be waiting for one that has gone."""
+        self.start()
+        self.window.says(READY)
+        with HeldThread(self.program.pid, "WaylandEventThr") as thread:
+            self.program.terminate()
+            w.until(thread.has_ended, "the program ends")
+        self.assert_ended_well()
 
     def test_closing_in_the_middle_of_an_import_leaves_nothing(self):
         self.start(NORVAXEL_SANDBOX_GATE=self.folder / "gate")
