@@ -204,9 +204,10 @@ def states(pid):
 
 
 def is_managed():
-    """Whether a window manager runs."""
+    """Whether a window manager runs. One that has gone leaves the name of its window, but not the window."""
     with Display() as display:
-        return bool(display.numbers(display.root(), "_NET_SUPPORTING_WM_CHECK"))
+        named = display.numbers(display.root(), "_NET_SUPPORTING_WM_CHECK")
+        return bool(named) and display.numbers(named[0], "_NET_SUPPORTING_WM_CHECK") == named
 
 
 @contextlib.contextmanager
