@@ -58,7 +58,7 @@ QByteArray contentOf(const QString& path) {
 
 // The document, which is JSON and fits its schema.
 QVariantMap fitting(const QByteArray& bytes, const Schema& rules, const char* promise) {
-    const auto document = StrictJson::read(bytes);
+    const auto document = StrictJson::read(bytes, StrictJson::Twice::Refused);
     require(document && rules.fits(*document), promise);
     return document->toMap();
 }

@@ -32,17 +32,20 @@ inline bool isObject(const QVariant& value) {
 // refused.
 class StrictJson {
 public:
-    static std::optional<QVariant> read(const QByteArray& bytes) {
+    // Of a member that stands twice the last one counts, or the document is refused.
+    enum class Twice { LastCounts, Refused };
+
+    static std::optional<QVariant> read(const QByteArray& bytes, Twice twice = Twice::LastCounts) {
         if (!bytes.isValidUtf8())
             return std::nullopt;
-        StrictJson reader(bytes);
+        StrictJson reader(bytes, twice);
         const QVariant value = reader.value(200);
         reader.skipBlanks();
         return reader.isValid_ && reader.at_ == bytes.size() ? std::optional(value) : std::nullopt;
     }
 
 private:
-    explicit StrictJson(const QByteArray& bytes) : bytes_(bytes) {}
+    StrictJson(const QByteArray& bytes, Twice twice) : bytes_(bytes), twice_(twice) {}
 
     char next() const { return at_ < bytes_.size() ? bytes_.at(at_) : '\0'; }
     bool take(char wanted) {
@@ -98,7 +101,7 @@ private:
                 return refuse();
             const QString key = text();
             skipBlanks();
-            if (!take(':'))
+            if (!take(':') || (twice_ == Twice::Refused && members.contains(key)))
                 return refuse();
             members[key] = value(levels);
             skipBlanks();
@@ -192,6 +195,7 @@ private:
     }
 
     const QByteArray& bytes_;
+    const Twice twice_;
     qsizetype at_ = 0;
     bool isValid_ = true;
 };
